@@ -1,0 +1,47 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include "app/UrlParameters.h"
+
+#include <cstdint>
+#include <memory>
+
+class CQuilletDlg;
+struct SendRequest;
+
+/// The application: one process carries one request from its caller to a host window and ends with
+/// the outcome as its exit code.
+class CQuilletApp : public CWinApp
+{
+public:
+    CQuilletApp();
+    ~CQuilletApp() override;
+
+    /// The whole run. Always FALSE, so that the framework goes straight to ExitInstance.
+    BOOL InitInstance() override;
+    /// The run's result code: a ResultCode, or the host's answer 0 to 4096.
+    int ExitInstance() override;
+
+    /// Takes the query string of a zero-terminated URL apart into decoded parameters; of a key's
+    /// occurrences the first wins. Empty when the URL has no usable query string.
+    static UrlParameters ParseUrlParameters(const wchar_t* url);
+    /// Restores those percent escapes that are restored at all; the source says which. Throws
+    /// CInvalidArgException when the text ends inside an escape.
+    static CString UrlDecode(CString text);
+    /// Converts two bytes of UTF-8, the first in the high half, to one UTF-16 unit; 0 when the
+    /// platform's conversion gives none.
+    static wchar_t DecodeUtf8Pair(std::uint16_t bytes);
+
+private:
+    DECLARE_MESSAGE_MAP()
+
+    void CreateWaitDialog(const SendRequest& request);
+    bool Deliver(HWND target, const SendRequest& request);
+    void Wait(const SendRequest& request);
+
+    /// The run's outcome.
+    int m_nReturnCode;
+    /// Null when the run has no dialog. Its window can outlive InitInstance, so the object has to.
+    std::unique_ptr<CQuilletDlg> m_dialog;
+};

@@ -1,0 +1,39 @@
+#include "CCmdTarget.h"
+
+const AFX_MSGMAP* CCmdTarget::GetThisMessageMap()
+{
+    static constexpr AFX_MSGMAP_ENTRY kEntries[] = {{0, 0, nullptr}};
+    static constexpr AFX_MSGMAP kMap{nullptr, kEntries};
+    return &kMap;
+}
+
+const AFX_MSGMAP* CCmdTarget::GetMessageMap() const
+{
+    return GetThisMessageMap();
+}
+
+const AFX_MSGMAP_ENTRY* CCmdTarget::FindEntry(UINT message, UINT commandId) const
+{
+    for (const AFX_MSGMAP* map = GetMessageMap(); map != nullptr; map = map->base)
+    {
+        for (const AFX_MSGMAP_ENTRY* entry = map->entries; entry->invoke != nullptr; ++entry)
+        {
+            if (entry->message == message && entry->commandId == commandId)
+            {
+                return entry;
+            }
+        }
+    }
+    return nullptr;
+}
+
+BOOL CCmdTarget::OnCmdMsg(UINT id)
+{
+    const AFX_MSGMAP_ENTRY* entry = FindEntry(WM_COMMAND, id);
+    if (entry == nullptr)
+    {
+        return FALSE;
+    }
+    entry->invoke(*this, 0, 0);
+    return TRUE;
+}

@@ -1,0 +1,35 @@
+// _recalloc: the platform vendor's run-time library has it, this toolchain's headers declare it,
+// its its import library lacks it. Contract: resizes a block from calloc to `count` × `size` bytes
+// (null: a new block); bytes beyond the old size are zero; null, with the old block untouched, when
+// memory runs out or the product overflows.
+#include <malloc.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace
+{
+
+void* Recalloc(void* block, size_t count, size_t size)
+{
+    if (size != 0 && count > SIZE_MAX / size)
+    {
+        return nullptr;
+    }
+    const size_t oldBytes = block == nullptr ? 0 : ::_msize(block);
+    const size_t newBytes = count * size;
+    void* resized = std::realloc(block, newBytes);
+    if (resized != nullptr && newBytes > oldBytes)
+    {
+        std::memset(static_cast<char*>(resized) + oldBytes, 0, newBytes - oldBytes);
+    }
+    return resized;
+}
+
+} // namespace
+
+// The headers declare an imported function, so callers go through the import's pointer: this one.
+extern "C" {
+void* (*__imp__recalloc)(void*, size_t, size_t) = &Recalloc;
+}
