@@ -1,0 +1,258 @@
+#include "GlobMatch.h"
+
+#include <algorithm>
+#include <bitset>
+#include <cstddef>
+#include <utility>
+
+namespace
+{
+
+static_assert(sizeof(wchar_t) == 2 && wchar_t(-1) > wchar_t(0), "code units are unsigned, 16 bits");
+
+// The longest pattern, in code units, that the table of a pattern with varying sets has room for.
+constexpr std::size_t kTableLength = 32'767;
+
+// Three oddities of sets are kept on purpose, because they decide which window a pattern finds:
+// a range runs in either direction; its bound may be "]", which then does not close the set; but
+// when that very range accepts the unit, the same "]" closes the set. So where a set ends can
+// depend on the text: "[a-]b]" is followed by "b]" for the unit "a", by nothing for the unit "b".
+
+// Whether the member, or the range that it begins, accepts the unit. A range without a bound
+// accepts nothing but its member.
+bool MemberAccepts(const wchar_t* member, wchar_t unit) noexcept
+{
+    if (*member == unit)
+    {
+        return true;
+    }
+    if (member[1] != L'-' || member[2] == L'\0')
+    {
+        return false;
+    }
+    const auto [low, high] = std::minmax(member[0], member[2]);
+    return low <= unit && unit <= high;
+}
+
+// The next member to try after one that did not accept the unit. The "-" and the bound of a range
+// are skipped, whatever the bound is; a missing bound leads to the end of the pattern.
+const wchar_t* NextMember(const wchar_t* member) noexcept
+{
+    if (member[1] != L'-')
+    {
+        return member + 1;
+    }
+    return member[2] == L'\0' ? member + 2 : member + 3;
+}
+
+// The position behind a set that accepted the unit with `member`. What stands between is not read
+// as members or ranges any more. A set that is never closed reaches to the end of the pattern.
+const wchar_t* BehindSet(const wchar_t* member) noexcept
+{
+    while (*member != L']' && *member != L'\0')
+    {
+        ++member;
+    }
+    return *member == L']' ? member + 1 : member;
+}
+
+// The position behind the pattern's first element when that accepts the unit, else null. The
+// element is not a star and not the end of the pattern, the unit not the end of the text.
+const wchar_t* AfterElement(const wchar_t* element, wchar_t unit) noexcept
+{
+    switch (*element)
+    {
+    case L'?':
+        return element + 1;
+    case L'\\': // in front of the terminator it escapes nothing, and no unit matches
+        return element[1] == unit ? element + 2 : nullptr;
+    case L'[':
+        for (++element; *element != L']' && *element != L'\0'; element = NextMember(element))
+        {
+            if (MemberAccepts(element, unit))
+            {
+                return BehindSet(element);
+            }
+        }
+        return nullptr;
+    default:
+        return *element == unit ? element + 1 : nullptr;
+    }
+}
+
+// Matches the pattern behind a star when every set ends in one place only. Such a pattern is a
+// fixed row of one-unit tests between one star and the next, so the earliest place where a row
+// fits leaves the most text to the rest, and no star but the last one need ever be widened. Each
+// unit of the text begins at most one attempt at a row, which reads the row at most once.
+bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
+{
+    const wchar_t* pattern = row;
+    for (const wchar_t* attempt = text;;)
+    {
+        if (*pattern == L'*')
+        {
+            row = ++pattern;
+            attempt = text;
+        }
+        else if (*pattern == L'\0' && (*text == L'\0' || pattern == row))
+        {
+            return true;
+        }
+        else if (*text == L'\0')
+        {
+            return false; // a later attempt would have even less text
+        }
+        else if (const wchar_t* after = *pattern == L'\0' ? nullptr : AfterElement(pattern, *text))
+        {
+            pattern = after;
+            ++text;
+        }
+        else
+        {
+            pattern = row;
+            text = ++attempt;
+        }
+    }
+}
+
+// Whether where a set ends may depend on the text: this takes a range whose bound is "]".
+bool SetEndsMayVary(const wchar_t* pattern) noexcept
+{
+    for (; *pattern != L'\0'; ++pattern)
+    {
+        if (pattern[0] == L'-' && pattern[1] == L']')
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+const wchar_t* EndOf(const wchar_t* units) noexcept
+{
+    while (*units != L'\0')
+    {
+        ++units;
+    }
+    return units;
+}
+
+// For one position in the text: from which positions of the pattern on the rests match.
+using Row = std::bitset<kTableLength + 1>;
+
+// Fills the row of the position in the text that `unit` stands at, from the row of the next one.
+// A cell needs only cells close to its right and cells of the next row. This is so for sets too:
+// what trying the members from a position on leads to follows from the member there and from the
+// next one. So no set is walked more than once, however many sets begin inside each other.
+void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t length,
+             wchar_t unit) noexcept
+{
+    // What trying members from a position on leads to, at the position modulo 4: the next member
+    // is at most three units away.
+    bool members[4] = {};
+    std::size_t behindSet = length;
+    here[length] = false;
+    for (std::size_t at = length; at-- > 0;)
+    {
+        const wchar_t* const element = pattern + at;
+        switch (*element)
+        {
+        case L'*':
+            here[at] = here[at + 1] || next[at];
+            break;
+        case L'[':
+            here[at] = members[(at + 1) % 4];
+            break;
+        default:
+            const wchar_t* const after = AfterElement(element, unit);
+            here[at] = after != nullptr && next[static_cast<std::size_t>(after - pattern)];
+        }
+
+        if (*element == L']')
+        {
+            behindSet = at + 1;
+            members[at % 4] = false;
+        }
+        else if (MemberAccepts(element, unit))
+        {
+            members[at % 4] = next[behindSet];
+        }
+        else
+        {
+            members[at % 4] = members[static_cast<std::size_t>(NextMember(element) - pattern) % 4];
+        }
+    }
+}
+
+// Matches the pattern behind a star when where a set ends may depend on the text. Then one attempt
+// reaches stars that another does not, and going back to the last star only would be wrong: "abc"
+// matches "*[a-]*b]c". Instead this tells, from the end of the text to its start, for every
+// position of the pattern whether the rest of the one matches the rest of the other: each pair of
+// positions is looked at once.
+bool MatchVaryingSets(const wchar_t* text, const wchar_t* pattern, std::size_t length) noexcept
+{
+    Row rows[2];
+    Row* here = &rows[0];
+    Row* next = &rows[1];
+
+    // At the end of the text the end of the pattern matches, and the stars right before it.
+    std::size_t at = length;
+    (*here)[at] = true;
+    while (at > 0 && pattern[at - 1] == L'*')
+    {
+        (*here)[--at] = true;
+    }
+
+    // The star before the pattern may end anywhere.
+    const wchar_t* position = EndOf(text);
+    while (!(*here)[0])
+    {
+        if (position == text)
+        {
+            return false;
+        }
+        std::swap(here, next);
+        FillRow(*here, *next, pattern, length, *--position);
+    }
+    return true;
+}
+
+} // namespace
+
+int GlobMatch(const wchar_t* text, const wchar_t* pattern) noexcept
+{
+    // Up to the first star there is only one way to match.
+    for (; *pattern != L'*'; ++text)
+    {
+        if (*text == L'\0' || *pattern == L'\0')
+        {
+            return *text == *pattern ? 1 : 0;
+        }
+        pattern = AfterElement(pattern, *text);
+        if (pattern == nullptr)
+        {
+            return 0;
+        }
+    }
+
+    ++pattern;
+    if (!SetEndsMayVary(pattern))
+    {
+        return MatchFixedSets(text, pattern) ? 1 : 0;
+    }
+    const auto length = static_cast<std::size_t>(EndOf(pattern) - pattern);
+    if (length <= kTableLength)
+    {
+        return MatchVaryingSets(text, pattern, length) ? 1 : 0;
+    }
+
+    // Longer than any command line: the plain rule, the star taking one unit more at each turn.
+    for (; GlobMatch(text, pattern) == 0; ++text)
+    {
+        if (*text == L'\0')
+        {
+            return 0;
+        }
+    }
+    return 1;
+}
