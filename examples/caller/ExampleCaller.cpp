@@ -1,0 +1,70 @@
+// An example of a caller: starts the program that lies beside this one with a command line that
+// arrives exactly as given, waits for it, and prints its exit code in full.
+//
+//     example_caller SECONDS COMMAND-LINE
+//     example_caller 30 "quillet.exe -kla=QuilletBeispielHost -msg=5"
+//
+// The command line is one argument and begins with the program's name. It is not assembled from
+// several arguments: quoting them anew would put a quote before a dash, and then the switch is not
+// found. Ends with 0 when there is an exit code, and with 1 when there is none (not started, or
+// ended after SECONDS).
+
+#include <windows.h>
+
+#include <cwchar>
+#include <string>
+
+namespace
+{
+
+constexpr DWORD kMillisecondsPerSecond = 1000;
+
+// The full path of quillet.exe in this program's folder.
+std::wstring ProgramPath()
+{
+    std::wstring path(MAX_PATH, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+    return path.substr(0, path.rfind(L'\\') + 1) + L"quillet.exe";
+}
+
+int WaitForExitCode(HANDLE process, DWORD seconds)
+{
+    if (WaitForSingleObject(process, seconds * kMillisecondsPerSecond) != WAIT_OBJECT_0)
+    {
+        TerminateProcess(process, 1);
+        std::wprintf(L"keiner (nach %lu Sekunden beendet)\n", seconds);
+        return 1;
+    }
+    DWORD code = 0;
+    GetExitCodeProcess(process, &code);
+    // Codes below zero are the tool's own; seen as an unsigned number, -2 is 4294967294.
+    std::wprintf(L"%ld\n", static_cast<long>(code));
+    return 0;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count != 3)
+    {
+        std::wprintf(L"example_caller SECONDS COMMAND-LINE\n");
+        return 1;
+    }
+    const DWORD seconds = std::wcstoul(arguments[1], nullptr, 10);
+    std::wstring commandLine = arguments[2];
+
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(ProgramPath().c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0,
+                        nullptr, nullptr, &startup, &process))
+    {
+        std::wprintf(L"keiner (nicht gestartet: Fehler %lu)\n", GetLastError());
+        return 1;
+    }
+    CloseHandle(process.hThread);
+    const int result = WaitForExitCode(process.hProcess, seconds);
+    CloseHandle(process.hProcess);
+    return result;
+}
