@@ -1,0 +1,102 @@
+# shellcheck shell=bash
+# A virtual desktop for Windows programs: display, window manager and a fresh Wine prefix. For sourcing:
+#
+#   desktop_start            a desktop of its own; afterwards DISPLAY, WINEPREFIX and the like are set
+#   desktop_stop             ends everything in it; also done on every way out of the shell
+#   interruptible COMMAND…   runs a command so that a signal to the script ends it at once
+#
+# Several desktops can exist side by side: each takes a free display number and a Wine prefix in a new folder.
+# Let Wine programs write into files, never into pipes: Wine's services inherit a pipe and hold it open.
+
+desktop_folder=
+desktop_processes=()
+interruptible_process=
+
+desktop_fail()
+{
+  echo "desktop: $*" >&2
+  exit 1
+}
+
+# The command is not the shell's foreground process, so a trap runs at once and not after its end; it has a
+# process group of its own, so that its children can be ended with it.
+interruptible()
+{
+  local result=0
+  set -m
+  "$@" </dev/null &
+  set +m
+  interruptible_process=$!
+  wait "$interruptible_process" || result=$?
+  interruptible_process=
+  return "$result"
+}
+
+# Waits until the command succeeds: wait_until SECONDS COMMAND…
+wait_until()
+{
+  local limit=$((SECONDS + $1))
+  shift
+  until "$@" >/dev/null 2>&1; do
+    ((SECONDS < limit)) || return 1
+    sleep 0.05
+  done
+}
+
+desktop_start()
+{
+  trap desktop_stop EXIT
+  trap 'exit 130' INT
+  trap 'exit 143' TERM HUP
+  desktop_folder=$(mktemp -d "${TMPDIR:-/tmp}/quillet-desktop.XXXXXXXX")
+
+  # With -displayfd the server looks for a free number itself and writes it when it is ready.
+  local screen=${QUILLET_SCREEN:-1024x768x24}
+  Xvfb -displayfd 3 -screen 0 "$screen" -nolisten tcp 3>"$desktop_folder/display" >"$desktop_folder/xvfb.log" 2>&1 &
+  desktop_processes+=($!)
+  wait_until 30 test -s "$desktop_folder/display" ||
+    desktop_fail "the display server does not start: $(tail -n 1 "$desktop_folder/xvfb.log")"
+  DISPLAY=:$(<"$desktop_folder/display")
+  export DISPLAY
+
+  openbox --sm-disable >"$desktop_folder/openbox.log" 2>&1 &
+  desktop_processes+=($!)
+  # A question that only a window manager which is ready lets succeed.
+  wait_until 30 xdotool get_num_desktops ||
+    desktop_fail "the window manager does not start: $(tail -n 1 "$desktop_folder/openbox.log")"
+
+  export WINEPREFIX=$desktop_folder/wine WINEARCH=win64 WINEDEBUG=-all
+  # No questions about optional components, no debugger that prints a page when a program crashes, no
+  # entries in the user's own menus.
+  export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d'
+  # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
+  export LC_ALL=C.UTF-8
+  mkdir "$WINEPREFIX"
+  wineserver --persistent # so that it stays between the programs of one run
+  interruptible timeout 180 wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 ||
+    desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/wineboot.log")"
+}
+
+desktop_stop()
+{
+  local result=$?
+  trap - EXIT
+  trap '' INT TERM HUP
+  if [[ -n $interruptible_process ]]; then
+    kill -- "-$interruptible_process" 2>/dev/null || true
+  fi
+  if [[ -d $desktop_folder/wine ]]; then
+    timeout 30 wineserver --kill || true
+    timeout 30 wineserver --wait || true
+  fi
+  # Last started, first ended.
+  local index
+  for ((index = ${#desktop_processes[@]} - 1; index >= 0; --index)); do
+    kill "${desktop_processes[index]}" 2>/dev/null || true
+    wait "${desktop_processes[index]}" 2>/dev/null || true
+  done
+  desktop_processes=()
+  [[ -z $desktop_folder ]] || rm -rf "$desktop_folder"
+  desktop_folder=
+  return "$result"
+}
