@@ -1,0 +1,89 @@
+#pragma once
+
+#include <windows.h>
+
+#include "tests/support/Waiting.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// One message as a host window received it.
+struct ReceivedMessage
+{
+    UINT message = 0;
+    WPARAM wParam = 0;
+    LPARAM lParam = 0;
+    /// For WM_COPYDATA: dwData, and the bytes that cbData and lpData named at the time.
+    ULONG_PTR data = 0;
+    std::vector<std::byte> bytes;
+};
+
+/// How a host window is made.
+struct HostOptions
+{
+    /// Registered for the window's lifetime.
+    std::wstring className;
+    std::wstring title = {};
+    DWORD style = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
+    DWORD extendedStyle = 0;
+    HWND owner = nullptr;
+    /// Messages to record beside WM_COPYDATA and everything from WM_USER up.
+    std::vector<UINT> alsoRecord = {};
+};
+
+/// A host application's window on a thread of its own, with a scripted answer and a record of what
+/// arrived. Seen from the program under test it belongs to another process.
+class HostWindow
+{
+public:
+    /// Runs on the host's thread for each recorded message, inside the window procedure. Its value
+    /// is the message's result; without one, WM_COPYDATA is accepted (1) and everything else gets
+    /// default processing.
+    using Script = std::function<std::optional<LRESULT>(HWND host, const ReceivedMessage& message)>;
+
+    /// Returns when the window exists (and is shown, if it is to be).
+    explicit HostWindow(HostOptions options, Script script = {});
+    /// Destroys the window, if it still exists, and ends the thread.
+    ~HostWindow();
+    HostWindow(const HostWindow&) = delete;
+    HostWindow& operator=(const HostWindow&) = delete;
+
+    HWND Handle() const { return m_window; }
+    const std::wstring& ClassName() const { return m_options.className; }
+    const std::wstring& Title() const { return m_options.title; }
+
+    /// What has arrived so far, in order.
+    std::vector<ReceivedMessage> Received() const;
+    /// Waits until at least `count` messages have arrived; gives what has arrived then, or by the
+    /// limit.
+    std::vector<ReceivedMessage>
+    WaitForMessages(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void Run();
+    bool Records(UINT message) const;
+    std::optional<LRESULT> Handle(HWND window, const ReceivedMessage& message);
+
+    HostOptions m_options;
+    Script m_script;
+    HWND m_window = nullptr;
+    mutable std::mutex m_mutex;
+    mutable std::condition_variable m_arrived;
+    std::vector<ReceivedMessage> m_received;
+    HANDLE m_ready;
+    DWORD m_threadId = 0;
+    std::thread m_thread;
+};
+
+/// A script that accepts every copy-data message and then posts the answer WM_USER + n to the
+/// dialog that it names.
+HostWindow::Script AnswerWith(UINT n);
+/// A script that gives every copy-data message this result and never answers.
+HostWindow::Script ReturnFromCopyData(LRESULT result);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include "tests/support/Waiting.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/// A started process. Whatever still runs at the end of the object's life is ended then.
+class Process
+{
+public:
+    /// Starts `program` with exactly `commandLine` (program name included, nothing quoted or
+    /// added), of up to 32,766 code units. Throws std::system_error when the platform refuses.
+    Process(const std::filesystem::path& program, std::wstring commandLine);
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    DWORD Id() const { return m_information.dwProcessId; }
+    DWORD MainThreadId() const { return m_information.dwThreadId; }
+    HANDLE Handle() const { return m_information.hProcess; }
+
+    bool IsRunning() const;
+    /// The exit code once the process has ended; nothing when it still runs after `limit`.
+    std::optional<int> WaitForExit(std::chrono::milliseconds limit = kWaitLimit) const;
+    /// Ends the process from outside, as a task manager does.
+    void Kill();
+
+private:
+    PROCESS_INFORMATION m_information{};
+};

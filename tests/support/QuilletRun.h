@@ -1,0 +1,32 @@
+#pragma once
+
+#include "tests/support/Process.h"
+
+#include <string>
+#include <string_view>
+
+/// A run of the real program.
+class QuilletRun : public Process
+{
+public:
+    /// Starts the built program with the raw text `arguments` behind its quoted path; the text
+    /// begins with the blank that the first switch needs.
+    explicit QuilletRun(std::wstring_view arguments);
+
+    /// The wait dialog, once it is there; null when none appears within `limit` or the process
+    /// ends.
+    HWND WaitForDialog(std::chrono::milliseconds limit = kWaitLimit) const;
+    /// The same, once it is shown and its "Abbrechen" button has the focus, so that it waits for
+    /// its user.
+    HWND WaitForShownDialog() const;
+    /// The wait dialog as it is now; null when there is none.
+    HWND Dialog() const;
+};
+
+/// Starts the program with `arguments`, waits for its end and gives its exit code. Fails the test,
+/// and gives a value that is no exit code of the program, when it does not end.
+int RunQuillet(std::wstring_view arguments);
+
+/// A top-level window of the process with this class (null: any) and text (null: any); null when
+/// there is none.
+HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* text);
