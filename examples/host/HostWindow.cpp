@@ -137,6 +137,9 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CREATE:
         CreateControls();
         return 0;
+    case WM_SETFOCUS:
+        SetFocus(m_button);
+        return 0;
     case WM_SIZE:
         LayOut(LOWORD(lParam), HIWORD(lParam));
         return 0;
@@ -193,7 +196,6 @@ void HostWindow::OnAnswerDue()
 // Arranges for the oldest request's answer.
 void HostWindow::PrepareAnswer()
 {
-    EnableWindow(m_button, m_options.answersByButton && !m_unanswered.empty());
     if (!m_options.answersByButton && !m_unanswered.empty())
     {
         SetTimer(m_window, kAnswerTimer, m_options.delayMilliseconds, nullptr);
@@ -254,7 +256,10 @@ void HostWindow::CreateControls()
     m_caption = create(L"STATIC", L"Empfangene Nachrichten:", 0, 0, 0);
     m_edit = create(L"EDIT", L"", WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
                     WS_EX_CLIENTEDGE, 0);
-    m_button = create(L"BUTTON", L"Antworten", WS_DISABLED, 0, kAnswerButton);
+    if (m_options.answersByButton)
+    {
+        m_button = create(L"BUTTON", L"Antworten", 0, 0, kAnswerButton);
+    }
 
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
@@ -277,7 +282,8 @@ void HostWindow::LayOut(int width, int height)
     const int buttonHeight = Scaled(kButtonHeight);
     const int editTop = margin + captionHeight;
     const int buttonTop = height - margin - buttonHeight;
+    const int editBottom = m_button == nullptr ? height - margin : buttonTop - margin;
     MoveWindow(m_caption, margin, margin, width - 2 * margin, captionHeight, TRUE);
-    MoveWindow(m_edit, margin, editTop, width - 2 * margin, buttonTop - margin - editTop, TRUE);
+    MoveWindow(m_edit, margin, editTop, width - 2 * margin, editBottom - editTop, TRUE);
     MoveWindow(m_button, width - margin - buttonWidth, buttonTop, buttonWidth, buttonHeight, TRUE);
 }

@@ -65,5 +65,5 @@ private:
     HWND m_window = nullptr;
     HWND m_caption = nullptr;
     HWND m_edit = nullptr;
-    HWND m_button = nullptr;
+    HWND m_button = nullptr; // only when the user answers
 };

@@ -35,10 +35,10 @@ interruptible()
 # Waits until the command succeeds: wait_until SECONDS COMMAND…
 wait_until()
 {
-  local limit=$((SECONDS + $1))
+  local deadline=$((SECONDS + $1))
   shift
   until "$@" >/dev/null 2>&1; do
-    ((SECONDS < limit)) || return 1
+    ((SECONDS < deadline)) || return 1
     sleep 0.05
   done
 }
@@ -59,7 +59,10 @@ desktop_start()
   DISPLAY=:$(<"$desktop_folder/display")
   export DISPLAY
 
-  openbox --sm-disable >"$desktop_folder/openbox.log" 2>&1 &
+  # The distribution's settings, whatever the user's own are, but without hot keys (all keys belong to the programs)
+  # and with the buttons of a dialog's title bar only, which leave room for the title.
+  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
+  openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$desktop_folder/openbox.log" 2>&1 &
   desktop_processes+=($!)
   # A question that only a window manager which is ready lets succeed.
   wait_until 30 xdotool get_num_desktops ||
@@ -75,6 +78,12 @@ desktop_start()
   wineserver --persistent # so that it stays between the programs of one run
   interruptible timeout 180 wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 ||
     desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/wineboot.log")"
+}
+
+# Text at this many dots per inch (96: as usual) for programs that start from now on: desktop_scale DPI
+desktop_scale()
+{
+  wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >"$desktop_folder/reg.log" 2>&1
 }
 
 desktop_stop()

@@ -56,7 +56,7 @@ apt()
 
 mkdir -p "$root/build"
 : >"$log"
-echo "setup: installing ${#missing[@]} packages (${missing[*]}); details in build/setup.log"
+echo "setup: installing ${missing[*]}; details in build/setup.log"
 apt update || true # one broken source among several is no reason to stop
 if ! apt install --no-install-recommends "${missing[@]}"; then
   tail -n 5 "$log" >&2
