@@ -1,0 +1,110 @@
+// Measures whole runs beside bare programs that do the same, in turn in one run, and prints medians
+// and their ratio: from CreateProcessW to the end of the process, and from the host's post to the
+// end of the process.
+#include "tests/support/HostWindow.h"
+#include "tests/support/ProgramPath.h"
+#include "tests/support/QuilletRun.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+constexpr int kWarmUpPairs = 5;
+constexpr int kPairs = 150;
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+struct Program
+{
+    const wchar_t* file;
+    const wchar_t* arguments;
+};
+
+Process Start(const Program& program)
+{
+    return Process(BuiltProgram(program.file), std::wstring(program.file) + program.arguments);
+}
+
+void RequireEnd(const Process& process, int code)
+{
+    if (process.WaitForExit() != code)
+    {
+        std::fprintf(stderr, "a measured program did not end as it should\n");
+        std::exit(1);
+    }
+}
+
+double WholeRun(const Program& program)
+{
+    const auto begin = Clock::now();
+    const Process process = Start(program);
+    RequireEnd(process, -1);
+    return Milliseconds(Clock::now() - begin).count();
+}
+
+double AnswerToEnd(const Program& program)
+{
+    constexpr int kAnswer = 5;
+    const Process process = Start(program);
+    HWND dialog = nullptr;
+    WaitUntil(
+        [&] { return (dialog = FindProcessWindow(process.Id(), L"#32770", nullptr)) != nullptr; });
+    WaitUntil([&] { return ::IsWindowVisible(dialog) && ::GetForegroundWindow() == dialog; });
+    ::WaitForInputIdle(process.Handle(), INFINITE);
+    const auto begin = Clock::now();
+    ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
+    RequireEnd(process, kAnswer);
+    return Milliseconds(Clock::now() - begin).count();
+}
+
+double Median(std::vector<double> values)
+{
+    std::ranges::nth_element(values,
+                             values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
+    return values[values.size() / 2];
+}
+
+void Compare(const char* what, double (*measure)(const Program&), const Program& bare,
+             const Program& quillet)
+{
+    std::vector<double> bareTimes;
+    std::vector<double> quilletTimes;
+    for (int pair = -kWarmUpPairs; pair < kPairs; ++pair)
+    {
+        // Each goes first in every other pair.
+        const bool bareFirst = pair % 2 == 0;
+        const double first = measure(bareFirst ? bare : quillet);
+        const double second = measure(bareFirst ? quillet : bare);
+        if (pair >= 0)
+        {
+            bareTimes.push_back(bareFirst ? first : second);
+            quilletTimes.push_back(bareFirst ? second : first);
+        }
+    }
+    const double bareMedian = Median(bareTimes);
+    const double quilletMedian = Median(quilletTimes);
+    std::printf("%-28s bare %7.2f ms   quillet %7.2f ms   ratio %.3f   (%d pairs)\n", what,
+                bareMedian, quilletMedian, quilletMedian / bareMedian, kPairs);
+}
+
+} // namespace
+
+int wmain()
+{
+    const HostWindow host({L"QuilletBenchHost", L"Host"});
+    constexpr Program kBareNotify{L"bare_notify.exe", L""};
+    constexpr Program kBareDialog{L"bare_dialog.exe", L""};
+    Compare("run, two bare programs", &WholeRun, kBareNotify, kBareNotify);
+    Compare("run with switches", &WholeRun, kBareNotify,
+            {L"quillet.exe", L" -nodlg -msg=7 -kla=QuilletBenchHost"});
+    Compare("run with a URL", &WholeRun, kBareNotify,
+            {L"quillet.exe", L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\""});
+    Compare("answer to end", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
+    return 0;
+}
