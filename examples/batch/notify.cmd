@@ -1,0 +1,16 @@
+@echo off
+rem Schickt eine Benachrichtigung, ohne Dialog und ohne auf eine Antwort zu warten.
+rem Aufruf: notify.cmd
+setlocal
+if not defined QUILLET set "QUILLET=%ProgramFiles%\Quillet\quillet.exe"
+
+start "" /wait "%QUILLET%" -nodlg -kla=QuilletBeispielHost -msg=5 -wparam=4711 -lparam=-1
+set "CODE=%ERRORLEVEL%"
+
+rem Ohne Dialog endet eine abgeschickte Benachrichtigung immer mit -1: kein Fehler.
+if %CODE% EQU -1 (
+    echo Abgeschickt.
+    exit /b 0
+)
+echo Nicht abgeschickt, Exitcode %CODE%.
+exit /b 1

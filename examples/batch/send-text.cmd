@@ -1,0 +1,18 @@
+@echo off
+rem Sendet einen Text und wertet die Antwort aus.
+rem Aufruf: send-text.cmd "Vorgang 4711"
+setlocal
+if not defined QUILLET set "QUILLET=%ProgramFiles%\Quillet\quillet.exe"
+
+rem In einer Batchdatei wartet cmd auf das Programm. Interaktiv tut es das nicht:
+rem dort gehoert   start "" /wait   davor.
+"%QUILLET%" -kla=QuilletBeispielHost -copydata="%~1"
+set "CODE=%ERRORLEVEL%"
+
+rem EQU und GEQ rechnen mit Vorzeichen. "if errorlevel 1" fragt nach 1 oder mehr
+rem und nimmt -1, -2 und -3 darum als Erfolg.
+if %CODE% EQU -1 echo Abgebrochen.
+if %CODE% EQU -2 echo Der Host ist nicht gestartet.
+if %CODE% EQU -3 echo Der Host hat den Text nicht angenommen.
+if %CODE% GEQ 0 echo Der Host hat mit %CODE% geantwortet.
+exit /b %CODE%

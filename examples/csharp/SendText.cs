@@ -1,0 +1,25 @@
+// Sendet einen Text und gibt die Antwort als Exitcode weiter.
+// Aufruf: SendText "Vorgang 4711"
+// Hier nicht erprobt: braucht .NET unter Windows.
+using System;
+using System.Diagnostics;
+
+static class SendText
+{
+    static int Main(string[] args)
+    {
+        var start = new ProcessStartInfo
+        {
+            FileName = Environment.GetEnvironmentVariable("QUILLET")
+                       ?? @"C:\Program Files\Quillet\quillet.exe",
+            // Arguments, nicht ArgumentList: die Liste setzt die Anführungszeichen neu.
+            Arguments = $"-kla=QuilletBeispielHost -copydata=\"{args[0]}\"",
+            UseShellExecute = false
+        };
+        using (var process = Process.Start(start))
+        {
+            process.WaitForExit();
+            return process.ExitCode; // mit Vorzeichen: -1, -2, -3 oder die Antwort
+        }
+    }
+}

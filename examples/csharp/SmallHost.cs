@@ -1,0 +1,59 @@
+// A host in C#: takes texts (UTF-16), shows them in its title, and answers with 2.
+// Not exercised here: needs .NET with Windows Forms on Windows.
+using System;
+using System.Runtime.InteropServices;
+using System.Windows.Forms;
+
+class SmallHost : Form
+{
+    const int WM_COPYDATA = 0x004A;
+    const int WM_USER = 0x0400;
+    const int Answer = 2;
+
+    [StructLayout(LayoutKind.Sequential)]
+    struct COPYDATASTRUCT
+    {
+        public IntPtr dwData;
+        public int cbData;
+        public IntPtr lpData;
+    }
+
+    [DllImport("user32.dll")]
+    static extern bool PostMessage(IntPtr window, int message, IntPtr wParam, IntPtr lParam);
+
+    protected override void WndProc(ref Message m)
+    {
+        if (m.Msg != WM_COPYDATA)
+        {
+            base.WndProc(ref m);
+            return;
+        }
+        var data = (COPYDATASTRUCT)Marshal.PtrToStructure(m.LParam, typeof(COPYDATASTRUCT));
+        m.Result = IntPtr.Zero; // refused, unless it turns out to be a text
+        if (data.cbData % 2 == 0)
+        {
+            // Exactly cbData bytes, copied: there is no terminator, and they are gone on return.
+            string text = data.cbData == 0 ? "" : Marshal.PtrToStringUni(data.lpData, data.cbData / 2);
+            IntPtr dialog = m.WParam; // zero when nobody waits
+            BeginInvoke((Action)(() => Handle(text, dialog)));
+            m.Result = (IntPtr)1;
+        }
+    }
+
+    // Runs after the handler has returned, when the caller is no longer blocked.
+    void Handle(string text, IntPtr dialog)
+    {
+        Text = "C#-Host - " + text;
+        if (dialog != IntPtr.Zero)
+        {
+            PostMessage(dialog, WM_USER + Answer, IntPtr.Zero, IntPtr.Zero);
+        }
+    }
+
+    [STAThread]
+    static void Main()
+    {
+        // Windows Forms makes up the class name: callers find this host by its text with -seaglob.
+        Application.Run(new SmallHost { Text = "C#-Host - bereit" });
+    }
+}

@@ -1,0 +1,19 @@
+# Sendet einen Text und gibt die Antwort als Exitcode weiter.
+# Aufruf: powershell -File send-text.ps1 "Vorgang 4711"
+# Hier nicht erprobt: braucht PowerShell unter Windows.
+param([Parameter(Mandatory)] [string] $Text)
+
+$program = if ($env:QUILLET) { $env:QUILLET } else { "$env:ProgramFiles\Quillet\quillet.exe" }
+
+# Eine einzige Zeichenkette: sie geht so, wie sie ist, auf die Befehlszeile. Wer dagegen
+# & $program schreibt, dem setzt PowerShell die Anfuehrungszeichen neu oder laesst sie weg.
+$arguments = '-kla=QuilletBeispielHost -copydata="' + $Text + '"'
+$process = Start-Process -FilePath $program -ArgumentList $arguments -Wait -PassThru
+
+switch ($process.ExitCode) {
+    -1      { 'Abgebrochen.' }
+    -2      { 'Der Host ist nicht gestartet.' }
+    -3      { 'Der Host hat den Text nicht angenommen.' }
+    default { "Der Host hat mit $_ geantwortet." }
+}
+exit $process.ExitCode

@@ -1,0 +1,33 @@
+"""Sendet einen Text und wertet die Antwort aus.
+
+Aufruf: python send_text.py "Vorgang 4711"
+Hier nicht erprobt: braucht Python für Windows.
+"""
+import os
+import subprocess
+import sys
+
+program = os.environ.get("QUILLET") or r"C:\Program Files\Quillet\quillet.exe"
+
+
+def signed(code):
+    """Der Exitcode mit Vorzeichen: Python gibt ihn ohne, -2 also als 4294967294."""
+    return code - 2**32 if code >= 2**31 else code
+
+
+def send(text):
+    # Eine einzige Zeichenkette, keine Liste: aus einer Liste macht Python
+    # "-copydata=Vorgang 4711", und hinter dem Anführungszeichen gilt der Schalter nicht.
+    command_line = f'"{program}" -kla=QuilletBeispielHost -copydata="{text}"'
+    return signed(subprocess.run(command_line).returncode)
+
+
+if __name__ == "__main__":
+    answer = send(sys.argv[1])
+    failures = {
+        -1: "Abgebrochen.",
+        -2: "Der Host ist nicht gestartet.",
+        -3: "Der Host hat den Text nicht angenommen.",
+    }
+    print(failures.get(answer, f"Der Host hat mit {answer} geantwortet."))
+    sys.exit(answer)

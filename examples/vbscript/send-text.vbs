@@ -1,0 +1,28 @@
+' Sendet einen Text und gibt die Antwort als Exitcode weiter.
+' Aufruf: cscript //nologo send-text.vbs "Vorgang 4711"
+Option Explicit
+
+Const NormalWindow = 1
+Const WaitForEnd = True
+Const Quote = """"
+
+Dim shell, program, code
+Set shell = CreateObject("WScript.Shell")
+program = shell.Environment("PROCESS")("QUILLET")
+If program = "" Then program = shell.ExpandEnvironmentStrings("%ProgramFiles%\Quillet\quillet.exe")
+
+' Run wartet nur, wenn das dritte Argument True ist, und gibt dann den Exitcode.
+code = shell.Run(Quote & program & Quote & " -kla=QuilletBeispielHost -copydata=" & _
+    Quote & WScript.Arguments(0) & Quote, NormalWindow, WaitForEnd)
+
+Select Case code
+    Case -1
+        WScript.Echo "Abgebrochen."
+    Case -2
+        WScript.Echo "Der Host ist nicht gestartet."
+    Case -3
+        WScript.Echo "Der Host hat den Text nicht angenommen."
+    Case Else
+        WScript.Echo "Der Host hat mit " & code & " geantwortet."
+End Select
+WScript.Quit code

@@ -1,0 +1,205 @@
+// The recipes that the handbook shows, run from their files against a host window.
+#include "tests/support/HostWindow.h"
+#include "tests/support/Process.h"
+#include "tests/support/ProgramPath.h"
+
+#include <shellapi.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace
+{
+
+constexpr UINT kAnswer = 42;
+constexpr wchar_t kText[] = L"Vorgang 4711";
+
+struct Outcome
+{
+    /// Nothing when the recipe did not end.
+    std::optional<int> exitCode;
+    std::string output;
+};
+
+std::wstring Quoted(const std::wstring& text)
+{
+    return L'"' + text + L'"';
+}
+
+std::wstring RecipePath(const wchar_t* name)
+{
+    return BuiltProgram(L"recipes").append(name).make_preferred().wstring();
+}
+
+std::string ContentOf(const std::filesystem::path& file)
+{
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+/// Runs a command line as cmd does, with its output in a file.
+Outcome RunInCmd(const std::wstring& commandLine)
+{
+    wchar_t system[MAX_PATH];
+    ::GetSystemDirectoryW(system, MAX_PATH);
+    const std::filesystem::path output = BuiltProgram(L"recipes").append(L"output.txt");
+    const Process cmd(std::filesystem::path(system) / L"cmd.exe",
+                      L"cmd /c \"" + commandLine + L" > " + Quoted(output.wstring()) + L'"');
+    const auto exitCode = cmd.WaitForExit();
+    return {exitCode, ContentOf(output)};
+}
+
+std::wstring TextIn(const ReceivedMessage& message)
+{
+    std::wstring text(message.bytes.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(text.data(), message.bytes.data(), text.size() * sizeof(wchar_t));
+    return text;
+}
+
+/// The host of the recipes.
+class RecipeHost : public HostWindow
+{
+public:
+    explicit RecipeHost(Script script = AnswerWith(kAnswer))
+        : HostWindow({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
+    {
+    }
+
+    /// That exactly one text arrived, the recipe's.
+    void ExpectText() const
+    {
+        const auto received = WaitForMessages(1);
+        ASSERT_EQ(received.size(), 1u);
+        EXPECT_EQ(received[0].message, static_cast<UINT>(WM_COPYDATA));
+        EXPECT_EQ(TextIn(received[0]), kText);
+    }
+};
+
+class Recipe : public testing::Test
+{
+protected:
+    Recipe()
+    {
+        // Where the recipes look for the program before they look where it is installed.
+        ::SetEnvironmentVariableW(L"QUILLET", BuiltProgram(L"quillet.exe").c_str());
+    }
+};
+
+/// Recipes in several languages that do the same: how each is started.
+class SendTextRecipe : public Recipe, public testing::WithParamInterface<const wchar_t*>
+{
+protected:
+    static Outcome Run()
+    {
+        const std::wstring file = GetParam();
+        const std::wstring interpreter = file.ends_with(L".vbs") ? L"cscript //nologo " : L"";
+        return RunInCmd(interpreter + Quoted(RecipePath(file.c_str())) + L' ' + Quoted(kText));
+    }
+};
+
+TEST_P(SendTextRecipe, SendsTheTextAndPassesTheAnswerOn)
+{
+    const RecipeHost host;
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.exitCode, static_cast<int>(kAnswer));
+    EXPECT_EQ(outcome.output, "Der Host hat mit 42 geantwortet.\r\n");
+    host.ExpectText();
+}
+
+TEST_P(SendTextRecipe, TellsAMissingHostFromSuccess)
+{
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.exitCode, -2);
+    EXPECT_EQ(outcome.output, "Der Host ist nicht gestartet.\r\n");
+}
+
+TEST_P(SendTextRecipe, TellsARefusalFromSuccess)
+{
+    const RecipeHost host(ReturnFromCopyData(FALSE));
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.exitCode, -3);
+    EXPECT_EQ(outcome.output, "Der Host hat den Text nicht angenommen.\r\n");
+    host.ExpectText();
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, SendTextRecipe,
+                         testing::Values(L"batch\\send-text.cmd", L"vbscript\\send-text.vbs"),
+                         [](const auto& instance) {
+                             return std::wstring_view(instance.param).starts_with(L"batch")
+                                        ? "Batch"
+                                        : "VBScript";
+                         });
+
+TEST_F(Recipe, BatchNotificationArrivesAndCountsAsSuccess)
+{
+    const RecipeHost host;
+    const Outcome outcome = RunInCmd(Quoted(RecipePath(L"batch\\notify.cmd")));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output, "Abgeschickt.\r\n");
+    const auto received = host.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, WM_USER + 5u);
+    EXPECT_EQ(received[0].wParam, 4711u);
+    EXPECT_EQ(received[0].lParam, -1);
+}
+
+TEST_F(Recipe, BatchNotificationWithoutHostFails)
+{
+    const Outcome outcome = RunInCmd(Quoted(RecipePath(L"batch\\notify.cmd")));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.output, "Nicht abgeschickt, Exitcode -2.\r\n");
+}
+
+TEST_F(Recipe, ShortcutSendsItsText)
+{
+    const std::wstring shortcut = RecipePath(L"Vorgang 4711.lnk");
+    const Outcome creation =
+        RunInCmd(L"cscript //nologo " + Quoted(RecipePath(L"vbscript\\create-shortcut.vbs")) +
+                 L' ' + Quoted(shortcut));
+    ASSERT_EQ(creation.exitCode, 0) << creation.output;
+
+    const RecipeHost host;
+    SHELLEXECUTEINFOW info{};
+    info.cbSize = sizeof(info);
+    info.lpFile = shortcut.c_str();
+    info.nShow = SW_SHOWNORMAL;
+    ASSERT_TRUE(::ShellExecuteExW(&info));
+    host.ExpectText();
+    // The answer has been posted; without it the program would still wait.
+    EXPECT_TRUE(WaitUntil(
+        [] { return ::FindWindowW(nullptr, L"Orvane Anwendungsweiterleitung") == nullptr; }));
+    std::filesystem::remove(shortcut);
+}
+
+TEST_F(Recipe, CallerPassesTheCommandLineOnUnchanged)
+{
+    const RecipeHost host;
+    const Outcome outcome =
+        RunInCmd(Quoted(BuiltProgram(L"example_caller.exe")) +
+                 L" 15 \"quillet.exe -kla=QuilletBeispielHost -copydata=\\\"Vorgang 4711\\\"\"");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output, "42\r\n");
+    host.ExpectText();
+}
+
+// What the handbook warns of: programs that build the command line from a list put the quotes
+// around the whole argument, and a dash behind a quote begins no switch.
+TEST_F(Recipe, SwitchInsideQuotesIsNotFound)
+{
+    const RecipeHost host;
+    const Outcome outcome =
+        RunInCmd(Quoted(BuiltProgram(L"quillet.exe")) +
+                 L" -nodlg -kla=QuilletBeispielHost \"-copydata=Vorgang 4711\"");
+    EXPECT_EQ(outcome.exitCode, -1);
+    const auto received = host.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, static_cast<UINT>(WM_USER));
+}
+
+} // namespace
