@@ -1,0 +1,63 @@
+#include "app/QuilletApp.h"
+#include "tests/unit/WindowTest.h"
+
+namespace
+{
+
+constexpr UINT kBaseOnly = 0x7101;
+constexpr UINT kBoth = 0x7102;
+
+class BaseTarget : public CCmdTarget
+{
+public:
+    std::vector<int> handled;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnBaseOnly() { handled.push_back(1); }
+    void OnBoth() { handled.push_back(2); }
+};
+
+BEGIN_MESSAGE_MAP(BaseTarget, CCmdTarget)
+    ON_COMMAND(kBaseOnly, &BaseTarget::OnBaseOnly)
+    ON_COMMAND(kBoth, &BaseTarget::OnBoth)
+END_MESSAGE_MAP()
+
+class DerivedTarget : public BaseTarget
+{
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnBothDerived() { handled.push_back(3); }
+};
+
+BEGIN_MESSAGE_MAP(DerivedTarget, BaseTarget)
+    ON_COMMAND(kBoth, &DerivedTarget::OnBothDerived)
+END_MESSAGE_MAP()
+
+TEST(CCmdTarget, GivesACommandToTheMostDerivedHandler)
+{
+    DerivedTarget target;
+    EXPECT_TRUE(target.OnCmdMsg(kBoth));
+    EXPECT_TRUE(target.OnCmdMsg(kBaseOnly));
+    EXPECT_EQ((std::vector{3, 1}), target.handled);
+}
+
+TEST(CCmdTarget, RefusesACommandWithoutHandler)
+{
+    DerivedTarget target;
+    EXPECT_FALSE(target.OnCmdMsg(0x7103));
+    EXPECT_FALSE(target.OnCmdMsg(0));
+    EXPECT_TRUE(target.handled.empty());
+}
+
+TEST(CCmdTarget, HelpCommandReachesTheApplication)
+{
+    CQuilletApp app;
+    EXPECT_TRUE(app.OnCmdMsg(ID_HELP));
+    EXPECT_FALSE(app.OnCmdMsg(ID_HELP + 1)); // and its map has no other entry nearby
+    EXPECT_FALSE(CWinApp().OnCmdMsg(ID_HELP));
+}
+
+} // namespace

@@ -1,0 +1,294 @@
+#include "tests/unit/TestResource.h"
+#include "tests/unit/WindowTest.h"
+
+#include <functional>
+
+namespace
+{
+
+// Records what the framework asks of it.
+class TestDialog : public CDialog
+{
+public:
+    explicit TestDialog(UINT idTemplate = IDD_TEST, CWnd* parent = nullptr)
+        : CDialog(idTemplate, parent)
+    {
+    }
+
+    std::vector<std::string> events;
+    /// What happens when the controls are there.
+    std::function<void()> onInit = [] {};
+    std::function<void()> onDestroy = [] {};
+
+    HWND Control(int id) const { return ::GetDlgItem(m_hWnd, id); }
+
+protected:
+    BOOL OnInitDialog() override
+    {
+        const BOOL result = CDialog::OnInitDialog();
+        events.push_back(Control(IDCANCEL) != nullptr ? "init" : "init without controls");
+        onInit();
+        return result;
+    }
+    void DoDataExchange(CDataExchange* exchange) override
+    {
+        CDialog::DoDataExchange(exchange);
+        events.push_back(exchange->m_bSaveAndValidate ? "save" : "load");
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_DESTROY)
+        {
+            onDestroy();
+        }
+        // The platform's own requests for the default command, of which none may come.
+        if (message == WM_USER)
+        {
+            events.push_back("WM_USER");
+        }
+        return CDialog::WindowProc(message, wParam, lParam);
+    }
+};
+
+using Events = std::vector<std::string>;
+
+class CDialogTest : public WindowTest
+{
+};
+
+TEST_F(CDialogTest, CreatesItsWindowFromTheTemplate)
+{
+    TestDialog dialog;
+    ASSERT_TRUE(dialog.Create(IDD_TEST));
+    EXPECT_EQ(&dialog, CWnd::FromHandlePermanent(dialog.m_hWnd));
+    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+    wchar_t text[64];
+    ::GetWindowTextW(dialog.m_hWnd, text, 64);
+    EXPECT_STREQ(L"Quillet: framework test", text);
+}
+
+TEST_F(CDialogTest, MissingTemplateMakesNoWindow)
+{
+    TestDialog dialog;
+    EXPECT_FALSE(dialog.Create(999));
+    EXPECT_EQ(nullptr, dialog.m_hWnd);
+    EXPECT_EQ(-1, TestDialog(999).DoModal());
+}
+
+// A failed creation must not leave the next window to be taken for the dialog.
+TEST_F(CDialogTest, NextDialogAfterAFailedCreationIsItsOwn)
+{
+    TestDialog failed;
+    failed.Create(999);
+    TestDialog dialog;
+    ASSERT_TRUE(dialog.Create(IDD_TEST));
+    EXPECT_EQ(nullptr, failed.m_hWnd);
+    EXPECT_EQ(&dialog, CWnd::FromHandlePermanent(dialog.m_hWnd));
+}
+
+TEST_F(CDialogTest, IsOwnedByTheMainWindow)
+{
+    PlainWindow main;
+    PlainWindow other;
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    EXPECT_EQ(nullptr, ::GetWindow(dialog.m_hWnd, GW_OWNER));
+
+    m_app.m_pMainWnd = &main;
+    TestDialog owned;
+    owned.Create(IDD_TEST);
+    EXPECT_EQ(main.m_hWnd, ::GetWindow(owned.m_hWnd, GW_OWNER));
+
+    TestDialog ownedByOther;
+    ownedByOther.Create(IDD_TEST, &other);
+    EXPECT_EQ(other.m_hWnd, ::GetWindow(ownedByOther.m_hWnd, GW_OWNER));
+}
+
+TEST_F(CDialogTest, FocusIsOnTheFirstControl)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    EXPECT_EQ(dialog.Control(IDCANCEL), ::GetFocus());
+}
+
+struct EndRow
+{
+    const char* reason;
+    UINT message;
+    WPARAM wParam;
+    int result;
+    Events events;
+};
+
+TEST_F(CDialogTest, ButtonsKeysAndCaptionEndTheLoop)
+{
+    const EndRow rows[] = {
+        {"OK", WM_COMMAND, IDOK, IDOK, {"load", "init", "save"}},
+        {"Cancel", WM_COMMAND, IDCANCEL, IDCANCEL, {"load", "init"}},
+        {"Escape", WM_KEYDOWN, VK_ESCAPE, IDCANCEL, {"load", "init"}},
+        {"close", WM_CLOSE, 0, IDCANCEL, {"load", "init"}},
+        {"caption", WM_SYSCOMMAND, SC_CLOSE, IDCANCEL, {"load", "init"}},
+        {"Enter on Cancel", WM_KEYDOWN, VK_RETURN, IDCANCEL, {"load", "init"}},
+    };
+    for (const EndRow& row : rows)
+    {
+        SCOPED_TRACE(row.reason);
+        TestDialog dialog;
+        dialog.Create(IDD_TEST);
+        dialog.ShowWindow(SW_SHOW);
+        dialog.PostMessage(row.message, row.wParam);
+        EXPECT_EQ(row.result, dialog.RunModalLoop());
+        EXPECT_EQ(row.events, dialog.events);
+        EXPECT_FALSE(::IsWindowVisible(dialog.m_hWnd));
+        EXPECT_TRUE(::IsWindow(dialog.m_hWnd));
+    }
+}
+
+TEST_F(CDialogTest, EndDialogBeforeTheLoopHidesAndIsNotSeen)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    dialog.EndDialog(1027);
+    EXPECT_FALSE(::IsWindowVisible(dialog.m_hWnd));
+    dialog.PostMessage(WM_COMMAND, IDCANCEL);
+    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
+}
+
+TEST_F(CDialogTest, FirstEndOfTheLoopWins)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.PostMessage(WM_COMMAND, IDOK);
+    dialog.PostMessage(WM_COMMAND, IDCANCEL);
+    EXPECT_EQ(IDOK, dialog.RunModalLoop());
+}
+
+// Without a default push button at the focus the platform would ask for the default command by a
+// message of the dialog's own range.
+TEST_F(CDialogTest, EnterMeansTheButtonWithTheFocus)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    ::SetFocus(dialog.Control(IDOK));
+    ::SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_PUSHBUTTON, FALSE);
+    ::PostMessageW(dialog.Control(IDOK), WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_EQ(IDOK, dialog.RunModalLoop());
+    EXPECT_EQ((Events{"load", "init", "save"}), dialog.events);
+}
+
+TEST_F(CDialogTest, EnterBesideTheButtonsMeansTheFirstOne)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    const HWND edit = dialog.Control(IDC_TEXT);
+    ::SetFocus(edit);
+    ::PostMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
+    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+}
+
+TEST_F(CDialogTest, EnterWithoutAnyFocusMeansTheFirstButton)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    ::SetFocus(dialog.m_hWnd);
+    dialog.PostMessage(WM_KEYDOWN, VK_RETURN);
+    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
+    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+}
+
+TEST_F(CDialogTest, TabMovesTheFocus)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    dialog.ShowWindow(SW_SHOW);
+    MSG tab{dialog.Control(IDCANCEL), WM_KEYDOWN, VK_TAB, 0, 0, {}};
+    EXPECT_TRUE(dialog.PreTranslateMessage(&tab));
+    EXPECT_EQ(dialog.Control(IDOK), ::GetFocus());
+}
+
+class DoModal : public WindowTest
+{
+protected:
+    PlainWindow m_owner;
+};
+
+TEST_F(DoModal, ShowsTheBoxAndGivesItsResult)
+{
+    m_app.m_pMainWnd = &m_owner;
+    for (const int button : {IDOK, IDCANCEL})
+    {
+        TestDialog box;
+        box.onInit = [&] {
+            EXPECT_EQ(m_owner.m_hWnd, ::GetWindow(box.m_hWnd, GW_OWNER));
+            box.PostMessage(WM_COMMAND, static_cast<WPARAM>(button));
+        };
+        EXPECT_EQ(button, box.DoModal());
+        EXPECT_EQ(nullptr, box.m_hWnd);
+    }
+}
+
+TEST_F(DoModal, DisablesTheOwnerUntilJustBeforeTheBoxGoes)
+{
+    m_app.m_pMainWnd = &m_owner;
+    BOOL enabledAtCommand = TRUE;
+    BOOL visibleAtCommand = FALSE;
+    BOOL enabledAtDestruction = FALSE;
+
+    class CommandWatcher : public TestDialog
+    {
+    public:
+        std::function<void()> onOk;
+
+    protected:
+        void OnOK() override
+        {
+            onOk();
+            CDialog::OnOK();
+        }
+    } box;
+    box.onInit = [&] { box.PostMessage(WM_COMMAND, IDOK); };
+    box.onOk = [&] {
+        enabledAtCommand = ::IsWindowEnabled(m_owner.m_hWnd);
+        visibleAtCommand = ::IsWindowVisible(box.m_hWnd);
+    };
+    box.onDestroy = [&] { enabledAtDestruction = ::IsWindowEnabled(m_owner.m_hWnd); };
+    EXPECT_EQ(IDOK, box.DoModal());
+    EXPECT_FALSE(enabledAtCommand);
+    EXPECT_TRUE(visibleAtCommand);
+    EXPECT_TRUE(enabledAtDestruction);
+    EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
+}
+
+TEST_F(DoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
+{
+    PlainWindow parent;
+    m_app.m_pMainWnd = &m_owner;
+    TestDialog box(IDD_TEST, &parent);
+    box.onInit = [&] {
+        EXPECT_EQ(parent.m_hWnd, ::GetWindow(box.m_hWnd, GW_OWNER));
+        box.PostMessage(WM_COMMAND, IDOK);
+    };
+    EXPECT_EQ(IDOK, box.DoModal());
+}
+
+TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
+{
+    m_app.m_pMainWnd = &m_owner;
+    EXPECT_EQ(-1, TestDialog(999).DoModal());
+    EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
+}
+
+TEST_F(DoModal, RunsWithoutAnyOwner)
+{
+    TestDialog box;
+    box.onInit = [&] { box.PostMessage(WM_COMMAND, IDCANCEL); };
+    EXPECT_EQ(IDCANCEL, box.DoModal());
+}
+
+} // namespace

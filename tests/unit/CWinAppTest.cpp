@@ -1,0 +1,188 @@
+#include "tests/unit/WindowTest.h"
+
+namespace
+{
+
+class ThreeStepsApp : public CWinApp
+{
+public:
+    explicit ThreeStepsApp(std::vector<std::string>& steps) : m_steps(steps) {}
+
+    BOOL InitInstance() override
+    {
+        m_steps.push_back("InitInstance");
+        return FALSE;
+    }
+    int ExitInstance() override
+    {
+        CWinApp::ExitInstance();
+        m_steps.push_back(m_pMainWnd == nullptr ? "ExitInstance" : "ExitInstance with a window");
+        return -7;
+    }
+
+private:
+    std::vector<std::string>& m_steps;
+};
+
+class GoingWindow : public PlainWindow
+{
+public:
+    explicit GoingWindow(std::vector<std::string>& steps) : m_steps(steps) {}
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_DESTROY)
+        {
+            m_steps.push_back("WM_DESTROY");
+        }
+        return PlainWindow::WindowProc(message, wParam, lParam);
+    }
+
+private:
+    std::vector<std::string>& m_steps;
+};
+
+TEST(CWinApp, IsTheCurrentApplicationWhileItLives)
+{
+    EXPECT_EQ(nullptr, AfxGetApp());
+    {
+        CWinApp app;
+        EXPECT_EQ(&app, AfxGetApp());
+        EXPECT_EQ(nullptr, AfxGetMainWnd());
+    }
+    EXPECT_EQ(nullptr, AfxGetApp());
+}
+
+TEST(CWinApp, EndsWithTheValueOfExitInstance)
+{
+    std::vector<std::string> steps;
+    ThreeStepsApp app(steps);
+    EXPECT_EQ(-7, AfxWinMain());
+    EXPECT_EQ((std::vector<std::string>{"InitInstance", "ExitInstance"}), steps);
+}
+
+TEST(CWinApp, DestroysTheMainWindowThatIsLeft)
+{
+    std::vector<std::string> steps;
+    ThreeStepsApp app(steps);
+    GoingWindow window(steps);
+    app.m_pMainWnd = &window;
+    EXPECT_EQ(-7, AfxWinMain());
+    EXPECT_EQ((std::vector<std::string>{"InitInstance", "WM_DESTROY", "ExitInstance"}), steps);
+    EXPECT_EQ(nullptr, window.m_hWnd);
+    EXPECT_TRUE(DrainQueue());
+}
+
+class CWinAppWindow : public WindowTest
+{
+};
+
+TEST_F(CWinAppWindow, DestroyedMainWindowIsForgottenAndAsksTheThreadToQuit)
+{
+    PlainWindow window;
+    m_app.m_pMainWnd = &window;
+    EXPECT_EQ(&window, AfxGetMainWnd());
+    window.DestroyWindow();
+    EXPECT_EQ(nullptr, AfxGetMainWnd());
+    EXPECT_TRUE(DrainQueue());
+}
+
+TEST_F(CWinAppWindow, AnotherWindowsEndChangesNothing)
+{
+    PlainWindow main;
+    PlainWindow other;
+    m_app.m_pMainWnd = &main;
+    other.DestroyWindow();
+    EXPECT_EQ(&main, AfxGetMainWnd());
+    EXPECT_FALSE(DrainQueue());
+}
+
+constexpr UINT kFirst = WM_APP + 1;
+constexpr UINT kSecond = WM_APP + 2;
+
+class ListeningWindow : public PlainWindow
+{
+public:
+    using PlainWindow::PlainWindow;
+
+    std::vector<UINT> handled;
+    std::vector<UINT> preTranslated;
+    UINT swallowed = 0;
+
+    BOOL PreTranslateMessage(MSG* message) override
+    {
+        preTranslated.push_back(message->message);
+        return message->message == swallowed;
+    }
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == kFirst || message == kSecond || message == WM_CHAR)
+        {
+            handled.push_back(message);
+        }
+        return PlainWindow::WindowProc(message, wParam, lParam);
+    }
+};
+
+TEST_F(CWinAppWindow, PumpTakesExactlyOneMessage)
+{
+    ListeningWindow window;
+    DrainQueue();
+    window.PostMessage(kFirst);
+    window.PostMessage(kSecond);
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_EQ(std::vector{kFirst}, window.handled);
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_EQ((std::vector{kFirst, kSecond}), window.handled);
+}
+
+TEST_F(CWinAppWindow, PumpSaysWhenItTookTheQuitMessage)
+{
+    ::PostQuitMessage(5);
+    EXPECT_FALSE(m_app.PumpMessage());
+    EXPECT_FALSE(DrainQueue());
+}
+
+TEST_F(CWinAppWindow, PumpTranslatesKeys)
+{
+    ListeningWindow window;
+    DrainQueue();
+    window.PostMessage(WM_KEYDOWN, 'A', 0x001E0001);
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_EQ(std::vector<UINT>{WM_CHAR}, window.handled);
+}
+
+TEST_F(CWinAppWindow, PumpOffersAMessageToTheTargetAndThenItsParents)
+{
+    ListeningWindow parent;
+    ListeningWindow child(WS_CHILD, &parent);
+    DrainQueue();
+    child.PostMessage(kFirst);
+    m_app.PumpMessage();
+    EXPECT_EQ(std::vector{kFirst}, child.preTranslated);
+    EXPECT_EQ(std::vector{kFirst}, parent.preTranslated);
+    EXPECT_EQ(std::vector{kFirst}, child.handled);
+    EXPECT_TRUE(parent.handled.empty());
+}
+
+TEST_F(CWinAppWindow, MessageTakenByPreTranslationGoesNoFurther)
+{
+    ListeningWindow parent;
+    ListeningWindow child(WS_CHILD, &parent);
+    DrainQueue();
+    child.swallowed = kFirst;
+    parent.swallowed = kSecond;
+    child.PostMessage(kFirst);
+    child.PostMessage(kSecond);
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_TRUE(m_app.PumpMessage());
+    EXPECT_EQ((std::vector{kFirst, kSecond}), child.preTranslated);
+    EXPECT_EQ(std::vector{kSecond}, parent.preTranslated);
+    EXPECT_TRUE(child.handled.empty());
+}
+
+} // namespace

@@ -1,0 +1,268 @@
+#include "tests/unit/WindowTest.h"
+
+namespace
+{
+
+constexpr UINT kProbe = WM_APP + 7;
+constexpr UINT kInner = WM_APP + 8;
+constexpr UINT kWindowCommand = 0x7201;
+
+class CWndTest : public WindowTest
+{
+};
+
+TEST_F(CWndTest, IsFoundByItsHandleWhileAttached)
+{
+    PlainWindow window;
+    const HWND hwnd = window.m_hWnd;
+    ASSERT_TRUE(::IsWindow(hwnd));
+    EXPECT_EQ(hwnd, window.GetSafeHwnd());
+    EXPECT_EQ(&window, CWnd::FromHandlePermanent(hwnd));
+
+    EXPECT_TRUE(window.DestroyWindow());
+    EXPECT_FALSE(::IsWindow(hwnd));
+    EXPECT_EQ(nullptr, window.m_hWnd);
+    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(hwnd));
+    EXPECT_FALSE(window.DestroyWindow());
+}
+
+TEST_F(CWndTest, ForeignHandleHasNoObject)
+{
+    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(nullptr));
+    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(::GetDesktopWindow()));
+}
+
+TEST_F(CWndTest, DestructorDestroysTheWindow)
+{
+    HWND hwnd = nullptr;
+    {
+        PlainWindow window;
+        hwnd = window.m_hWnd;
+    }
+    EXPECT_NE(nullptr, hwnd);
+    EXPECT_FALSE(::IsWindow(hwnd));
+    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(hwnd));
+}
+
+TEST_F(CWndTest, DetachesWhenThePlatformDestroysTheWindow)
+{
+    PlainWindow window;
+    ::DestroyWindow(window.m_hWnd);
+    EXPECT_EQ(nullptr, window.m_hWnd);
+}
+
+// Answers kProbe itself, passes the rest on, and records both.
+class RecordingWindow : public PlainWindow
+{
+public:
+    std::vector<UINT> seen;
+    std::vector<UINT> defaulted;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        seen.push_back(message);
+        return message == kProbe ? static_cast<LRESULT>(wParam) + lParam
+                                 : PlainWindow::WindowProc(message, wParam, lParam);
+    }
+    LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        defaulted.push_back(message);
+        return PlainWindow::DefWindowProc(message, wParam, lParam);
+    }
+};
+
+TEST_F(CWndTest, EveryMessageGoesThroughWindowProc)
+{
+    RecordingWindow window;
+    EXPECT_EQ(0x100000007, window.SendMessage(kProbe, 3, 0x100000004));
+    EXPECT_EQ(std::vector{kProbe}, window.seen);
+    EXPECT_TRUE(window.defaulted.empty());
+}
+
+TEST_F(CWndTest, UnmappedMessageGetsTheWindowsOwnProcessing)
+{
+    RecordingWindow window;
+    ::SetWindowTextW(window.m_hWnd, L"Titel");
+    wchar_t text[16];
+    ::GetWindowTextW(window.m_hWnd, text, 16);
+    EXPECT_STREQ(L"Titel", text);
+    EXPECT_EQ((std::vector<UINT>{WM_SETTEXT, WM_GETTEXT}), window.defaulted);
+}
+
+class MappedBase : public PlainWindow
+{
+public:
+    std::vector<std::string> handled;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnSysCommand(UINT, LPARAM) { handled.push_back("base's system command"); }
+    HCURSOR OnQueryDragIcon() { return reinterpret_cast<HCURSOR>(0x1234); }
+    void OnWindowCommand() { handled.push_back("window's command"); }
+};
+
+BEGIN_MESSAGE_MAP(MappedBase, PlainWindow)
+    ON_WM_SYSCOMMAND()
+    ON_WM_QUERYDRAGICON()
+    ON_COMMAND(kWindowCommand, &MappedBase::OnWindowCommand)
+END_MESSAGE_MAP()
+
+// Sends itself another message before it asks for the first one's default processing.
+class MappedWindow : public MappedBase
+{
+public:
+    std::vector<UINT> defaulted;
+    LPARAM lastParameter = 0;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnSysCommand(UINT command, LPARAM lParam)
+    {
+        handled.push_back("derived class's system command");
+        lastParameter = lParam;
+        SendMessage(kInner);
+        if (command == 0x20)
+        {
+            CWnd::OnSysCommand(command, lParam);
+        }
+    }
+    LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        defaulted.push_back(message);
+        return PlainWindow::DefWindowProc(message, wParam, lParam);
+    }
+};
+
+BEGIN_MESSAGE_MAP(MappedWindow, MappedBase)
+    ON_WM_SYSCOMMAND()
+END_MESSAGE_MAP()
+
+TEST_F(CWndTest, MessageGoesToTheMostDerivedHandlerAlone)
+{
+    MappedWindow window;
+    window.SendMessage(WM_SYSCOMMAND, 0x30, 42);
+    EXPECT_EQ(std::vector<std::string>{"derived class's system command"}, window.handled);
+    EXPECT_EQ(42, window.lastParameter);
+    EXPECT_EQ(std::vector{kInner}, window.defaulted);
+}
+
+TEST_F(CWndTest, HandlerOfTheBaseServesTheDerivedClass)
+{
+    MappedWindow window;
+    EXPECT_EQ(0x1234, window.SendMessage(WM_QUERYDRAGICON));
+}
+
+TEST_F(CWndTest, DefaultMeansTheMessageBeingHandled)
+{
+    MappedWindow window;
+    window.SendMessage(WM_SYSCOMMAND, 0x20);
+    // The inner message came and went in between.
+    EXPECT_EQ((std::vector<UINT>{kInner, WM_SYSCOMMAND}), window.defaulted);
+}
+
+TEST_F(CWndTest, CommandGoesToTheWindowFirst)
+{
+    MappedWindow window;
+    window.SendMessage(WM_COMMAND, kWindowCommand);
+    EXPECT_EQ(std::vector<std::string>{"window's command"}, window.handled);
+    EXPECT_EQ(0, m_app.commands);
+    EXPECT_TRUE(window.defaulted.empty());
+}
+
+TEST_F(CWndTest, CommandThatNoWindowHandlesGoesToTheApplication)
+{
+    MappedWindow window;
+    window.SendMessage(WM_COMMAND, TestApp::kCommand);
+    EXPECT_EQ(1, m_app.commands);
+    EXPECT_TRUE(window.defaulted.empty());
+}
+
+TEST_F(CWndTest, CommandThatNobodyHandlesGetsDefaultProcessing)
+{
+    MappedWindow window;
+    window.SendMessage(WM_COMMAND, 0x7fff);
+    EXPECT_EQ(std::vector<UINT>{WM_COMMAND}, window.defaulted);
+}
+
+TEST_F(CWndTest, ControlsNotificationIsACommandOnlyWhenItIsAClick)
+{
+    MappedWindow window;
+    const auto control = reinterpret_cast<LPARAM>(window.m_hWnd);
+    window.SendMessage(WM_COMMAND, MAKEWPARAM(kWindowCommand, BN_SETFOCUS), control);
+    EXPECT_TRUE(window.handled.empty());
+    window.SendMessage(WM_COMMAND, MAKEWPARAM(kWindowCommand, BN_CLICKED), control);
+    window.SendMessage(WM_COMMAND, MAKEWPARAM(kWindowCommand, 1)); // an accelerator's
+    EXPECT_EQ(2u, window.handled.size());
+}
+
+TEST_F(CWndTest, ModalStateDisablesTheWindowItself)
+{
+    PlainWindow window;
+    window.BeginModalState();
+    EXPECT_FALSE(::IsWindowEnabled(window.m_hWnd));
+    window.EndModalState();
+    EXPECT_TRUE(::IsWindowEnabled(window.m_hWnd));
+}
+
+TEST_F(CWndTest, SystemMenuTakesFurtherEntries)
+{
+    PlainWindow window;
+    CMenu* menu = window.GetSystemMenu(FALSE);
+    ASSERT_NE(nullptr, menu);
+    const HMENU handle = ::GetSystemMenu(window.m_hWnd, FALSE);
+    const int before = ::GetMenuItemCount(handle);
+
+    EXPECT_TRUE(menu->AppendMenu(MF_SEPARATOR));
+    EXPECT_TRUE(menu->AppendMenu(MF_STRING, 0x20, L"&Mehr"));
+    EXPECT_EQ(before + 2, ::GetMenuItemCount(handle));
+    EXPECT_TRUE(::GetMenuState(handle, static_cast<UINT>(before), MF_BYPOSITION) & MF_SEPARATOR);
+    wchar_t text[16];
+    ::GetMenuStringW(handle, 0x20, text, 16, MF_BYCOMMAND);
+    EXPECT_STREQ(L"&Mehr", text);
+}
+
+TEST_F(CWndTest, WindowWithoutSystemMenuGivesNone)
+{
+    PlainWindow window(WS_OVERLAPPED);
+    EXPECT_EQ(nullptr, window.GetSystemMenu(FALSE));
+    EXPECT_EQ(nullptr, CMenu::FromHandle(nullptr));
+}
+
+class PaintingWindow : public PlainWindow
+{
+public:
+    int painted = 0;
+    HWND windowOfContext = nullptr;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnPaint()
+    {
+        CPaintDC dc(this);
+        ++painted;
+        windowOfContext = ::WindowFromDC(dc.GetSafeHdc());
+        EXPECT_EQ(dc.m_ps.hdc, dc.GetSafeHdc());
+        EXPECT_TRUE(dc.DrawIcon(0, 0, ::LoadIconW(nullptr, IDI_APPLICATION)));
+    }
+};
+
+BEGIN_MESSAGE_MAP(PaintingWindow, PlainWindow)
+    ON_WM_PAINT()
+END_MESSAGE_MAP()
+
+TEST_F(CWndTest, PaintContextPaintsAndValidatesItsWindow)
+{
+    PaintingWindow window;
+    window.ShowWindow(SW_SHOWNOACTIVATE);
+    ::InvalidateRect(window.m_hWnd, nullptr, FALSE);
+    ::UpdateWindow(window.m_hWnd);
+    EXPECT_LE(1, window.painted);
+    EXPECT_EQ(window.m_hWnd, window.windowOfContext);
+    EXPECT_FALSE(::GetUpdateRect(window.m_hWnd, nullptr, FALSE));
+}
+
+} // namespace

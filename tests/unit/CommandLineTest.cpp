@@ -1,0 +1,82 @@
+#include "app/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+constexpr size_t kLongestCommandLine = 32'766;
+
+TEST(CommandLine, KeepsTheLineAsTyped)
+{
+    EXPECT_EQ(L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4",
+              CommandLine(L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4").Raw());
+    EXPECT_EQ(L"", CommandLine(L"").Raw());
+}
+
+TEST(CommandLine, FindsASwitchInAnyLetterCase)
+{
+    EXPECT_TRUE(CommandLine(L"q -nodlg").Has(L" -nodlg"));
+    EXPECT_TRUE(CommandLine(L"q -NODLG").Has(L" -nodlg"));
+    EXPECT_TRUE(CommandLine(L"q -NoDlg").Has(L" -nodlg"));
+    EXPECT_FALSE(CommandLine(L"q -nodl").Has(L" -nodlg"));
+    EXPECT_FALSE(CommandLine(L"").Has(L" -nodlg"));
+}
+
+TEST(CommandLine, FindsASwitchOnlyBehindABlank)
+{
+    EXPECT_FALSE(CommandLine(L"-nodlg").Has(L" -nodlg"));
+    EXPECT_FALSE(CommandLine(L"q\t-nodlg").Has(L" -nodlg"));
+    EXPECT_FALSE(CommandLine(L"q\u00A0-nodlg").Has(L" -nodlg"));
+    EXPECT_FALSE(CommandLine(L"q \"-nodlg\"").Has(L" -nodlg"));
+    EXPECT_TRUE(CommandLine(L" -nodlg").Has(L" -nodlg"));
+}
+
+// Another letter that is lower-cased to one of A to Z makes no switch.
+TEST(CommandLine, LowersAToZOnly)
+{
+    EXPECT_FALSE(CommandLine(L"q -\u212Ala=x").Has(L" -kla="));   // the Kelvin sign
+    EXPECT_FALSE(CommandLine(L"q -W\u0130DE=x").Has(L" -wide=")); // the I with a dot
+    EXPECT_FALSE(CommandLine(L"q -\uFF2Bla=x").Has(L" -kla="));   // a full-width K
+    EXPECT_STREQ(L"\u00C4\u212A\u0410z",
+                 CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerBehind(L" -nam="));
+}
+
+TEST(CommandLine, GivesWhatStandsBehindTheFirstOccurrence)
+{
+    const CommandLine line(L"q -KLA=Abc -kla=D");
+    EXPECT_EQ(L"Abc -kla=D", line.Behind(L" -kla="));
+    EXPECT_STREQ(L"abc -kla=d", line.LowerBehind(L" -kla="));
+}
+
+TEST(CommandLine, GivesNothingBehindASwitchAtTheEnd)
+{
+    const CommandLine line(L"q -kla=");
+    EXPECT_EQ(L"", line.Behind(L" -kla="));
+    EXPECT_STREQ(L"", line.LowerBehind(L" -kla="));
+}
+
+TEST(CommandLine, TellsAMissingSwitchFromAnEmptyOne)
+{
+    const CommandLine line(L"q -kla");
+    EXPECT_EQ(std::nullopt, line.Behind(L" -kla="));
+    EXPECT_EQ(nullptr, line.LowerBehind(L" -kla="));
+}
+
+TEST(CommandLine, PositionsStayTheSameBesideSurrogatePairs)
+{
+    EXPECT_EQ(L"X\U0001F600",
+              CommandLine(L"\U0001F600\u0130\u1E9E -NAM=X\U0001F600").Behind(L" -nam="));
+}
+
+TEST(CommandLine, FindsASwitchAtTheEndOfTheLongestLine)
+{
+    const std::wstring_view end = L" -Nam=x";
+    const std::wstring text =
+        std::wstring(kLongestCommandLine - end.size(), L'A') + std::wstring(end);
+    const CommandLine line(text.c_str());
+    EXPECT_EQ(kLongestCommandLine, line.Raw().size());
+    EXPECT_EQ(L"x", line.Behind(L" -nam="));
+}
+
+} // namespace

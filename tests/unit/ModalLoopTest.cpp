@@ -1,0 +1,144 @@
+#include "tests/unit/WindowTest.h"
+
+#include <functional>
+#include <map>
+#include <thread>
+
+namespace
+{
+
+constexpr UINT kStep = WM_APP + 1;
+
+// Runs a step for each kStep message, named by its wParam.
+class SteppingWindow : public PlainWindow
+{
+public:
+    std::map<WPARAM, std::function<void()>> steps;
+
+    using CWnd::ContinueModal;
+
+    void PostStep(WPARAM name, std::function<void()> step)
+    {
+        steps[name] = std::move(step);
+        PostMessage(kStep, name);
+    }
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == kStep)
+        {
+            steps.at(wParam)();
+        }
+        return PlainWindow::WindowProc(message, wParam, lParam);
+    }
+};
+
+class ModalLoop : public WindowTest
+{
+protected:
+    SteppingWindow m_window;
+};
+
+TEST_F(ModalLoop, ReturnsTheResultThatEndedIt)
+{
+    m_window.PostStep(1, [this] {
+        EXPECT_TRUE(m_window.ContinueModal());
+        m_window.EndModalLoop(1027);
+        EXPECT_FALSE(m_window.ContinueModal());
+    });
+    EXPECT_EQ(1027, m_window.RunModalLoop(0));
+}
+
+TEST_F(ModalLoop, ResultGivenBeforeItIsNotSeen)
+{
+    m_window.EndModalLoop(1);
+    m_window.PostStep(1, [this] { m_window.EndModalLoop(2); });
+    EXPECT_EQ(2, m_window.RunModalLoop());
+}
+
+TEST_F(ModalLoop, FirstResultWins)
+{
+    m_window.PostStep(1, [this] {
+        m_window.EndModalLoop(1);
+        m_window.EndModalLoop(2);
+    });
+    EXPECT_EQ(1, m_window.RunModalLoop());
+}
+
+TEST_F(ModalLoop, MessagesBehindTheEndStayInTheQueue)
+{
+    bool handled = false;
+    DrainQueue();
+    m_window.PostStep(1, [this] { m_window.EndModalLoop(1); });
+    m_window.PostStep(2, [&handled] { handled = true; });
+    EXPECT_EQ(1, m_window.RunModalLoop());
+    EXPECT_FALSE(handled);
+}
+
+TEST_F(ModalLoop, RunsAgain)
+{
+    m_window.PostStep(1, [this] { m_window.EndModalLoop(1); });
+    EXPECT_EQ(1, m_window.RunModalLoop());
+    m_window.PostStep(2, [this] { m_window.EndModalLoop(2); });
+    EXPECT_EQ(2, m_window.RunModalLoop());
+}
+
+// The wait for a posted message does not return for a sent one by itself.
+TEST_F(ModalLoop, EndsByASentMessage)
+{
+    DrainQueue();
+    m_window.steps[1] = [this] { m_window.EndModalLoop(1); };
+    std::thread sender([this] { ::SendMessageW(m_window.m_hWnd, kStep, 1, 0); });
+    EXPECT_EQ(1, m_window.RunModalLoop());
+    sender.join();
+}
+
+TEST_F(ModalLoop, QuitMessageEndsItAndIsPostedAgain)
+{
+    ::PostQuitMessage(9);
+    EXPECT_EQ(-1, m_window.RunModalLoop());
+    EXPECT_FALSE(m_window.ContinueModal());
+    EXPECT_TRUE(DrainQueue());
+}
+
+TEST_F(ModalLoop, OuterOneEndedMeanwhileReturnsAfterTheInnerOne)
+{
+    SteppingWindow inner;
+    std::vector<std::string> order;
+    m_window.PostStep(
+        1, [&] { order.push_back("inner loop returns " + std::to_string(inner.RunModalLoop())); });
+    m_window.PostStep(2, [&] {
+        m_window.EndModalLoop(2);
+        order.push_back("outer loop ended");
+    });
+    inner.PostStep(3, [&] {
+        order.push_back("inner loop ended");
+        inner.EndModalLoop(3);
+    });
+    order.push_back("outer loop returns " + std::to_string(m_window.RunModalLoop()));
+    EXPECT_EQ((std::vector<std::string>{"outer loop ended", "inner loop ended",
+                                        "inner loop returns 3", "outer loop returns 2"}),
+              order);
+}
+
+TEST_F(ModalLoop, InnerOneEndsWithoutTheOuter)
+{
+    SteppingWindow inner;
+    m_window.PostStep(1, [&] { EXPECT_EQ(3, inner.RunModalLoop()); });
+    inner.PostStep(2, [&] { inner.EndModalLoop(3); });
+    m_window.PostStep(3, [&] { m_window.EndModalLoop(4); });
+    EXPECT_EQ(4, m_window.RunModalLoop());
+}
+
+TEST_F(ModalLoop, QuitMessageEndsNestedOnesTogether)
+{
+    SteppingWindow inner;
+    m_window.PostStep(1, [&] {
+        ::PostQuitMessage(0);
+        EXPECT_EQ(-1, inner.RunModalLoop());
+    });
+    EXPECT_EQ(-1, m_window.RunModalLoop());
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "app/ReadNumber.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+constexpr int kUnchanged = 77;
+
+struct Row
+{
+    const wchar_t* text;
+    std::int64_t number;
+};
+
+// The same rules hold for both widths.
+constexpr Row kRows[] = {
+    {L"5", 5},
+    {L"0", 0},
+    {L"-3", -3},
+    {L"+3", 3},
+    {L"2147483647", 2147483647},
+    {L"-2147483648", -2147483648LL},
+    {L"0x10", 16},
+    {L"0xff", 255},
+    {L"0xFF", 255},
+    {L"-0x10", -16},
+    {L"+0x10", 16},
+    {L"0x7fffffff", 0x7fffffff},
+    {L"010", 8},
+    {L"-010", -8},
+    {L"08", 0}, // no octal digit
+    {L"0109", 8},
+    {L" 9", 9},
+    {L" \t\r\n 9", 9},
+    {L" -0x1F -msg=4", -31},
+    {L"7abc", 7},
+    {L"7\"", 7},
+    {L"1.9", 1},
+    {L"1e3", 1},
+    {L"0b11", 0},
+    {L"1'000", 1},
+    {L"12 34", 12},
+    {L"", kUnchanged},
+    {L" ", kUnchanged},
+    {L"\"5\"", kUnchanged}, // quotes are not for numbers
+    {L"-", kUnchanged},
+    {L"- 5", kUnchanged},
+    {L"--5", kUnchanged},
+    {L"+-5", kUnchanged},
+    {L"abc", kUnchanged},
+    {L"x10", kUnchanged},
+    {L"\u0665", kUnchanged}, // a digit, but not one of the ten
+    {L"\uFF15", kUnchanged},
+};
+
+template <typename Number>
+Number Read(const wchar_t* text)
+{
+    Number field = kUnchanged;
+    ReadNumber(text, field);
+    return field;
+}
+
+TEST(ReadNumber, FollowsTheScanRules)
+{
+    for (const auto& [text, number] : kRows)
+    {
+        EXPECT_EQ(number, Read<std::int32_t>(text)) << "text: <" << text << ">";
+        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
+    }
+}
+
+TEST(ReadNumber, WideFieldTakesSixtyFourBits)
+{
+    constexpr Row kWideRows[] = {
+        {L"4294967296", 4294967296LL},
+        {L"-4294967297", -4294967297LL},
+        {L"9223372036854775807", INT64_MAX},
+        {L"-9223372036854775808", INT64_MIN},
+        {L"0x123456789abcdef0", 0x123456789abcdef0},
+        {L"-0x100000000", -0x100000000LL},
+        {L"0400000000000", 0x800000000LL},
+    };
+    for (const auto& [text, number] : kWideRows)
+    {
+        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
+    }
+}
+
+} // namespace

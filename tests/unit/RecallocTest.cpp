@@ -1,0 +1,87 @@
+// The vendor's run-time library brings _recalloc itself; there these tests check that both agree.
+#include <malloc.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+namespace
+{
+
+struct Free
+{
+    void operator()(char* block) const { std::free(block); }
+};
+using Block = std::unique_ptr<char, Free>;
+
+Block Filled(size_t bytes)
+{
+    Block block(static_cast<char*>(std::malloc(bytes)));
+    std::fill_n(block.get(), bytes, 'x');
+    return block;
+}
+
+// Null, and the old block kept, when it cannot be resized.
+Block Resized(Block& old, size_t count, size_t size)
+{
+    Block resized(static_cast<char*>(::_recalloc(old.get(), count, size)));
+    if (resized)
+    {
+        static_cast<void>(old.release());
+    }
+    return resized;
+}
+
+// A size that no memory can provide, kept from the compiler, which knows that too.
+size_t Impossible()
+{
+    volatile size_t size = SIZE_MAX / 2;
+    return size;
+}
+
+TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroBehindThem)
+{
+    Block block = Filled(10);
+    const Block resized = Resized(block, 1'000, 4);
+    ASSERT_TRUE(resized);
+    EXPECT_LE(4'000u, ::_msize(resized.get()));
+    EXPECT_EQ(10, std::count(resized.get(), resized.get() + 10, 'x'));
+    EXPECT_EQ(3'990, std::count(resized.get() + 10, resized.get() + 4'000, '\0'));
+}
+
+TEST(Recalloc, ShrunkBlockKeepsItsFirstBytes)
+{
+    Block block = Filled(4'000);
+    const Block resized = Resized(block, 10, 1);
+    ASSERT_TRUE(resized);
+    EXPECT_EQ(10u, ::_msize(resized.get()));
+    EXPECT_EQ(10, std::count(resized.get(), resized.get() + 10, 'x'));
+}
+
+TEST(Recalloc, WithoutABlockGivesANewZeroedOne)
+{
+    Block none;
+    const Block block = Resized(none, 100, 2);
+    ASSERT_TRUE(block);
+    EXPECT_EQ(200, std::count(block.get(), block.get() + 200, '\0'));
+}
+
+TEST(Recalloc, OverflowingProductFailsAndKeepsTheBlock)
+{
+    Block block = Filled(10);
+    EXPECT_FALSE(Resized(block, Impossible(), 4));
+    EXPECT_FALSE(Resized(block, 4, Impossible()));
+    EXPECT_EQ(10, std::count(block.get(), block.get() + 10, 'x'));
+}
+
+TEST(Recalloc, WithoutMemoryFailsAndKeepsTheBlock)
+{
+    Block block = Filled(10);
+    EXPECT_FALSE(Resized(block, Impossible(), 1));
+    EXPECT_EQ(10, std::count(block.get(), block.get() + 10, 'x'));
+}
+
+} // namespace

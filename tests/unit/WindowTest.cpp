@@ -1,0 +1,50 @@
+#include "tests/unit/WindowTest.h"
+
+namespace
+{
+
+const wchar_t* PlainClass()
+{
+    static const ATOM kAtom = [] {
+        WNDCLASSW windowClass{};
+        windowClass.lpfnWndProc = &::DefWindowProcW;
+        windowClass.hInstance = ::GetModuleHandleW(nullptr);
+        windowClass.lpszClassName = L"QuilletUnitTest";
+        return ::RegisterClassW(&windowClass);
+    }();
+    return MAKEINTATOM(kAtom);
+}
+
+} // namespace
+
+BEGIN_MESSAGE_MAP(TestApp, CWinApp)
+    ON_COMMAND(kCommand, &TestApp::OnTestCommand)
+END_MESSAGE_MAP()
+
+PlainWindow::PlainWindow(DWORD style, const CWnd* parent)
+{
+    SubclassWindow(::CreateWindowExW(0, PlainClass(), L"", style, 0, 0, 200, 100,
+                                     parent == nullptr ? nullptr : parent->m_hWnd, nullptr,
+                                     ::GetModuleHandleW(nullptr), nullptr));
+}
+
+WindowTest::~WindowTest()
+{
+    DrainQueue();
+}
+
+bool DrainQueue()
+{
+    bool quit = false;
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+    {
+        quit = quit || message.message == WM_QUIT;
+        if (message.message == WM_PAINT)
+        {
+            // Comes again until somebody has painted.
+            ::ValidateRect(message.hwnd, nullptr);
+        }
+    }
+    return quit;
+}

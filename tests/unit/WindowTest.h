@@ -1,0 +1,43 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+/// An application object whose map routes one command of its own.
+class TestApp : public CWinApp
+{
+public:
+    static constexpr UINT kCommand = 0x7001;
+
+    int commands = 0;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    void OnTestCommand() { ++commands; }
+};
+
+/// A window of a class of the tests' own, whose default processing is the platform's. Made
+/// invisible, except by those who need it otherwise.
+class PlainWindow : public CWnd
+{
+public:
+    explicit PlainWindow(DWORD style = WS_OVERLAPPEDWINDOW, const CWnd* parent = nullptr);
+};
+
+/// For tests with real windows: an application object, which the framework's windows rely on, and
+/// a message queue that is empty before and after.
+class WindowTest : public ::testing::Test
+{
+protected:
+    ~WindowTest() override;
+
+    TestApp m_app;
+};
+
+/// Takes every message out of the thread's queue without dispatching it; whether WM_QUIT was among
+/// them.
+bool DrainQueue();
