@@ -13,3 +13,8 @@ HostProcess::HostProcess(const std::wstring& className, const std::wstring& titl
         return m_window != nullptr || !IsRunning();
     });
 }
+
+bool HostProcess::WaitUntilReceived() const
+{
+    return WaitUntil([&] { return FindProcessWindow(Id(), nullptr, L"received") != nullptr; });
+}

@@ -11,6 +11,8 @@ public:
                 const std::wstring& words = L"");
 
     HWND Window() const { return m_window; }
+    /// Waits until a message has arrived; a hanging host is inside its handler then.
+    bool WaitUntilReceived() const;
 
 private:
     HWND m_window = nullptr;

@@ -1,6 +1,6 @@
 // A host in a process of its own, for what a window of the test process cannot show: it can be
-// killed, it can hang, and the platform's foreground rules see it as a stranger. Called as:
-// test_host CLASS TITLE [minimised|hidden] [hang]
+// killed, it can hang, and the platform's foreground rules see it as a stranger. Its text becomes
+// "received" when a message has arrived. Called as: test_host CLASS TITLE [minimised|hidden] [hang]
 #include "tests/support/HostWindow.h"
 
 #include <shellapi.h>
@@ -24,14 +24,16 @@ int wmain()
         options.style &= word == L"hidden" ? ~DWORD{WS_VISIBLE} : ~DWORD{0};
         hangs = hangs || word == L"hang";
     }
-    const HostWindow host(options,
-                          [hangs](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
-                              if (hangs && message.message == WM_COPYDATA)
-                              {
-                                  ::Sleep(INFINITE);
-                              }
-                              return std::nullopt;
-                          });
+    const auto script = [hangs](HWND window,
+                                const ReceivedMessage& message) -> std::optional<LRESULT> {
+        ::SetWindowTextW(window, L"received");
+        if (hangs && message.message == WM_COPYDATA)
+        {
+            ::Sleep(INFINITE);
+        }
+        return std::nullopt;
+    };
+    const HostWindow host(options, script);
     // Ended by whoever started it.
     ::Sleep(INFINITE);
     return 0;

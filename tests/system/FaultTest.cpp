@@ -1,0 +1,158 @@
+// Hosts that die or hang at the worst moment, and a process that is asked to end: the run always
+// ends, with the code that says what happened.
+#include "app/ResultCode.h"
+#include "tests/support/HostProcess.h"
+#include "tests/support/HostWindow.h"
+#include "tests/support/QuilletRun.h"
+#include "tests/support/UniqueName.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+void Cancel(HWND dialog)
+{
+    ::PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+}
+
+TEST(Fault, HostKilledBeforeTheSearchIsNotFound)
+{
+    const std::wstring name = UniqueName(L"FaultHost");
+    HostProcess host(name, L"Host");
+    ASSERT_NE(host.Window(), nullptr);
+    host.Kill();
+    EXPECT_EQ(RunQuillet(L" -nodlg -copydata=abc -kla=" + name), kResultWindowNotFound);
+}
+
+TEST(Fault, HostKilledInsideItsHandlerIsASendFailure)
+{
+    const std::wstring name = UniqueName(L"FaultHost");
+    HostProcess host(name, L"Host", L"hang");
+    const QuilletRun run(L" -copydata=abc -kla=" + name);
+    ASSERT_NE(run.WaitForDialog(), nullptr);
+    ASSERT_TRUE(host.WaitUntilReceived());
+    EXPECT_TRUE(run.IsRunning());
+    host.Kill();
+    EXPECT_EQ(run.WaitForExit(), kResultSendFailed);
+}
+
+TEST(Fault, HostKilledDuringTheWaitLeavesTheUserToCancel)
+{
+    const std::wstring name = UniqueName(L"FaultHost");
+    HostProcess host(name, L"Host");
+    const QuilletRun run(L" -copydata=abc -kla=" + name);
+    const HWND dialog = run.WaitForShownDialog();
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(host.WaitUntilReceived());
+    host.Kill();
+    EXPECT_TRUE(run.IsRunning());
+    Cancel(dialog);
+    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+}
+
+// Killed again and again at random moments of the run: found or not, sent or not, the run must end
+// with one of the codes that say so.
+TEST(Fault, HostKilledAtAnyMomentEndsTheRun)
+{
+    constexpr int kRounds = 12;
+    for (int round = 0; round < kRounds; ++round)
+    {
+        const std::wstring name = UniqueName(L"FaultHost");
+        HostProcess host(name, L"Host");
+        const QuilletRun run(L" -nodlg -copydata=abc -kla=" + name);
+        // The only sleep that is meant: it moves the kill through the run.
+        std::this_thread::sleep_for(std::chrono::milliseconds(4 * round));
+        host.Kill();
+        const auto code = run.WaitForExit();
+        ASSERT_TRUE(code.has_value()) << "round " << round;
+        EXPECT_TRUE(*code == kResultAccepted || *code == kResultWindowNotFound ||
+                    *code == kResultSendFailed)
+            << "round " << round << " ended with " << *code;
+    }
+}
+
+TEST(Fault, NotificationToAHungHostDoesNotWait)
+{
+    const std::wstring name = UniqueName(L"FaultHost");
+    const HostProcess host(name, L"Host", L"hang");
+    const QuilletRun hanging(L" -nodlg -copydata=abc -kla=" + name);
+    ASSERT_TRUE(host.WaitUntilReceived());
+    EXPECT_EQ(RunQuillet(L" -nodlg -msg=5 -kla=" + name), kResultCancelled);
+    EXPECT_TRUE(hanging.IsRunning());
+}
+
+TEST(Fault, TheLastOfFiveThousandWindowsIsFound)
+{
+    constexpr int kWindows = 5000;
+    const HostWindow host({UniqueName(L"FaultHost"), L"Der letzte von vielen"}, AnswerWith(9));
+    ::SetWindowPos(host.Handle(), HWND_BOTTOM, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    std::vector<HWND> windows;
+    for (int i = 0; i < kWindows; ++i)
+    {
+        windows.push_back(::CreateWindowExW(0, L"STATIC", L"Eins von vielen", WS_POPUP, 0, 0, 1, 1,
+                                            nullptr, nullptr, nullptr, nullptr));
+    }
+    EXPECT_EQ(RunQuillet(L" -seaglob -copydata=x -nam=\"Der letzte*\" -kla=*" +
+                         host.ClassName().substr(5)),
+              9);
+    for (const HWND window : windows)
+    {
+        ::DestroyWindow(window);
+    }
+}
+
+struct EndRequest
+{
+    const char* name;
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+    /// Whether the wait goes on afterwards.
+    bool waits;
+};
+
+class AskedToEnd : public testing::TestWithParam<EndRequest>
+{
+};
+
+TEST_P(AskedToEnd, EndsWithMinusOneOrWaits)
+{
+    const QuilletRun run(L"");
+    const HWND dialog = run.WaitForShownDialog();
+    ASSERT_NE(dialog, nullptr);
+    ::SendMessageW(dialog, GetParam().message, GetParam().wParam, GetParam().lParam);
+    if (GetParam().waits)
+    {
+        // It still answers its messages, and is there.
+        ::SendMessageW(dialog, WM_NULL, 0, 0);
+        EXPECT_TRUE(run.IsRunning());
+        EXPECT_TRUE(::IsWindowVisible(dialog));
+        Cancel(dialog);
+    }
+    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+}
+
+// A logoff is granted, and the platform then ends the process by itself; the dialog does
+// nothing of its own.
+INSTANTIATE_TEST_SUITE_P(Dialog, AskedToEnd,
+                         testing::Values(EndRequest{"Close", WM_CLOSE, 0, 0, false},
+                                         EndRequest{"QueryEndSession", WM_QUERYENDSESSION, 0, 0,
+                                                    true},
+                                         EndRequest{"EndSession", WM_ENDSESSION, TRUE, 0, true}),
+                         [](const auto& request) { return std::string(request.param.name); });
+
+TEST(Fault, QuitPostedToTheThreadEndsTheWait)
+{
+    const QuilletRun run(L"");
+    ASSERT_NE(run.WaitForShownDialog(), nullptr);
+    ::PostThreadMessageW(run.MainThreadId(), WM_QUIT, 17, 0);
+    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+}
+
+} // namespace
