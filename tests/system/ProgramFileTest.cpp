@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <set>
 #include <string>
@@ -70,10 +70,12 @@ public:
 private:
     static std::vector<std::byte> Read()
     {
-        std::ifstream file(BuiltProgram(L"quillet.exe"), std::ios::binary);
-        const std::string content(std::istreambuf_iterator<char>(file), {});
-        const auto* bytes = reinterpret_cast<const std::byte*>(content.data());
-        return {bytes, bytes + content.size()};
+        const std::filesystem::path path = BuiltProgram(L"quillet.exe");
+        std::vector<std::byte> bytes(std::filesystem::file_size(path));
+        std::ifstream(path, std::ios::binary)
+            .read(reinterpret_cast<char*>(bytes.data()),
+                  static_cast<std::streamsize>(bytes.size()));
+        return bytes;
     }
 
     template <typename Structure>
@@ -139,7 +141,7 @@ TEST(ProgramFile, HasNoSectionBothWritableAndExecutable)
 // too little for a URL that fills the command line.
 TEST(ProgramFile, ReservesStackForTheLongestUrl)
 {
-    constexpr std::uint64_t kEnough = 16 * 1024 * 1024;
+    constexpr auto kEnough = std::uint64_t{16} << 20;
     EXPECT_GE(ProgramFile().headers.OptionalHeader.SizeOfStackReserve, kEnough);
 }
 

@@ -135,12 +135,12 @@ private:
 class Resource : public testing::Test
 {
 protected:
-    ProgramResources program;
+    ProgramResources m_program;
 };
 
 TEST_F(Resource, NoneBesidesTheProgramsOwn)
 {
-    EXPECT_EQ(program.All(),
+    EXPECT_EQ(m_program.All(),
               (Lines{"14/128/1031", "16/1/1031", "24/1/1033", "3/1/1031", "3/2/1031", "3/3/1031",
                      "3/4/1031", "3/5/1031", "3/6/1031", "5/100/1031", "5/102/1031", "6/7/1031"}));
 }
@@ -182,7 +182,7 @@ std::string ReadTemplateNames(ByteReader& reader)
     return "menu " + menu + ", class " + windowClass + ", caption " + ReadName(reader);
 }
 
-std::string ReadClassicControl(ByteReader& reader)
+void ReadClassicControl(ByteReader& reader, Lines& lines)
 {
     reader.Align();
     const auto style = reader.Read<DWORD>();
@@ -192,9 +192,9 @@ std::string ReadClassicControl(ByteReader& reader)
     const std::string windowClass = ReadName(reader);
     const std::string text = ReadName(reader);
     const auto extraBytes = reader.Read<WORD>();
-    return "id " + std::to_string(id) + ", class " + windowClass + ", text " + text + ", style " +
-           Hex(style) + ", extended " + Hex(extendedStyle) + ", at " + place + ", extra " +
-           std::to_string(extraBytes);
+    lines.push_back("id " + std::to_string(id) + ", class " + windowClass + ", text " + text);
+    lines.push_back("  style " + Hex(style) + ", extended " + Hex(extendedStyle) + ", at " + place +
+                    ", extra " + std::to_string(extraBytes));
 }
 
 Lines ReadClassicTemplate(Bytes bytes)
@@ -211,13 +211,13 @@ Lines ReadClassicTemplate(Bytes bytes)
     lines.push_back("font " + std::to_string(points) + " point " + ReadName(reader));
     for (int control = 0; control < controls; ++control)
     {
-        lines.push_back(ReadClassicControl(reader));
+        ReadClassicControl(reader, lines);
     }
     lines.push_back(reader.AtEnd() ? "end" : "more bytes");
     return lines;
 }
 
-std::string ReadExtendedControl(ByteReader& reader)
+void ReadExtendedControl(ByteReader& reader, Lines& lines)
 {
     reader.Align();
     const auto helpId = reader.Read<DWORD>();
@@ -228,9 +228,10 @@ std::string ReadExtendedControl(ByteReader& reader)
     const std::string windowClass = ReadName(reader);
     const std::string text = ReadName(reader);
     const auto extraBytes = reader.Read<WORD>();
-    return "id " + std::to_string(id) + ", class " + windowClass + ", text " + text + ", style " +
-           Hex(style) + ", extended " + Hex(extendedStyle) + ", help " + std::to_string(helpId) +
-           ", at " + place + ", extra " + std::to_string(extraBytes);
+    lines.push_back("id " + std::to_string(id) + ", class " + windowClass + ", text " + text);
+    lines.push_back("  style " + Hex(style) + ", extended " + Hex(extendedStyle) + ", help " +
+                    std::to_string(helpId) + ", at " + place + ", extra " +
+                    std::to_string(extraBytes));
 }
 
 std::string ReadExtendedFont(ByteReader& reader)
@@ -262,7 +263,7 @@ Lines ReadExtendedTemplate(Bytes bytes)
     lines.push_back(ReadExtendedFont(reader));
     for (int control = 0; control < controls; ++control)
     {
-        lines.push_back(ReadExtendedControl(reader));
+        ReadExtendedControl(reader, lines);
     }
     lines.push_back(reader.AtEnd() ? "end" : "more bytes");
     return lines;
@@ -277,17 +278,17 @@ TEST_F(Resource, AboutBoxIsAClassicTemplate)
         "at 0, 0; 217 x 55",
         "menu none, class none, caption \"Info über Quillet\"",
         "font 8 point \"MS Sans Serif\"",
-        "id -1, class #130, text #128, style 50000003, extended 00000000, "
-        "at 11, 17; 20 x 20, extra 0",
-        "id -1, class #130, text \"Quillet, Version 1.0\", style 50020080, extended 00000000, "
-        "at 40, 10; 119 x 8, extra 0",
-        "id -1, class #130, text \"Copyright © 2026 Orvane\", style 50020000, "
-        "extended 00000000, at 40, 25; 119 x 8, extra 0",
-        "id 1, class #128, text \"OK\", style 50030001, extended 00000000, "
-        "at 178, 7; 32 x 14, extra 0",
+        "id -1, class #130, text #128",
+        "  style 50000003, extended 00000000, at 11, 17; 20 x 20, extra 0",
+        "id -1, class #130, text \"Quillet, Version 1.0\"",
+        "  style 50020080, extended 00000000, at 40, 10; 119 x 8, extra 0",
+        "id -1, class #130, text \"Copyright © 2026 Orvane\"",
+        "  style 50020000, extended 00000000, at 40, 25; 119 x 8, extra 0",
+        "id 1, class #128, text \"OK\"",
+        "  style 50030001, extended 00000000, at 178, 7; 32 x 14, extra 0",
         "end",
     };
-    EXPECT_EQ(Joined(ReadClassicTemplate(program.Get(kDialogType, IDD_ABOUTBOX, kGerman))),
+    EXPECT_EQ(Joined(ReadClassicTemplate(m_program.Get(kDialogType, IDD_ABOUTBOX, kGerman))),
               Joined(expected));
 }
 
@@ -299,13 +300,13 @@ TEST_F(Resource, WaitDialogIsAnExtendedTemplate)
         "at 0, 0; 185 x 78",
         "menu none, class none, caption \"Orvane Anwendungsweiterleitung\"",
         "font 8 point \"MS Sans Serif\", weight 0, italic 0, character set 1",
-        "id 2, class #128, text \"Abbrechen\", style 50010000, extended 00000000, help 0, "
-        "at 65, 54; 50 x 17, extra 0",
-        "id -1, class #130, text \"Warte auf Rückmeldung von Hostanwendung\", "
-        "style 50020201, extended 00000000, help 0, at 7, 23; 171 x 13, extra 0",
+        "id 2, class #128, text \"Abbrechen\"",
+        "  style 50010000, extended 00000000, help 0, at 65, 54; 50 x 17, extra 0",
+        "id -1, class #130, text \"Warte auf Rückmeldung von Hostanwendung\"",
+        "  style 50020201, extended 00000000, help 0, at 7, 23; 171 x 13, extra 0",
         "end",
     };
-    EXPECT_EQ(Joined(ReadExtendedTemplate(program.Get(kDialogType, IDD_QUILLET_DIALOG, kGerman))),
+    EXPECT_EQ(Joined(ReadExtendedTemplate(m_program.Get(kDialogType, IDD_QUILLET_DIALOG, kGerman))),
               Joined(expected));
 }
 
@@ -316,7 +317,7 @@ TEST_F(Resource, StringBlockHoldsTheMenuEntryOnly)
     constexpr int kStringsPerBlock = 16;
     constexpr WORD kBlock = IDS_ABOUTBOX / kStringsPerBlock + 1;
     static_assert(kBlock == 7);
-    ByteReader reader(program.Get(kStringType, kBlock, kGerman));
+    ByteReader reader(m_program.Get(kStringType, kBlock, kGerman));
     for (int entry = 0; entry < kStringsPerBlock; ++entry)
     {
         std::wstring text(reader.Read<WORD>(), L'\0');
@@ -360,7 +361,7 @@ std::string GroupEntry(int width, int height, int colours, int reserved, int pla
 TEST_F(Resource, IconGroupListsSixImages)
 {
     constexpr WORD kIconDirectory = 1;
-    ByteReader reader(program.Get(kIconGroupType, IDR_MAINFRAME, kGerman));
+    ByteReader reader(m_program.Get(kIconGroupType, IDR_MAINFRAME, kGerman));
     EXPECT_EQ(reader.Read<WORD>(), 0);
     EXPECT_EQ(reader.Read<WORD>(), kIconDirectory);
     const auto count = reader.Read<WORD>();
@@ -393,7 +394,7 @@ TEST_F(Resource, SmallImagesAreBitmapsWithAlphaAndMask)
     for (const auto& [id, size, byteCount] : kBitmaps)
     {
         SCOPED_TRACE(size);
-        const Bytes bytes = program.Get(kIconType, id, kGerman);
+        const Bytes bytes = m_program.Get(kIconType, id, kGerman);
         ASSERT_EQ(bytes.size(), byteCount);
         ByteReader reader(bytes);
         const auto header = reader.Read<BITMAPINFOHEADER>();
@@ -482,7 +483,7 @@ std::vector<PngChunk> ReadPngChunks(Bytes bytes)
 
 TEST_F(Resource, LargestImageIsAPng)
 {
-    const Bytes bytes = program.Get(kIconType, kPng.id, kGerman);
+    const Bytes bytes = m_program.Get(kIconType, kPng.id, kGerman);
     ASSERT_EQ(bytes.size(), kPng.bytes);
     const std::vector<PngChunk> chunks = ReadPngChunks(bytes);
 
@@ -512,7 +513,7 @@ TEST_F(Resource, PlatformMakesAnIconOfEveryImage)
     for (const auto& [id, size, byteCount] : AllImages())
     {
         SCOPED_TRACE(size);
-        const Bytes bytes = program.Get(kIconType, id, kGerman);
+        const Bytes bytes = m_program.Get(kIconType, id, kGerman);
         HICON icon = ::CreateIconFromResourceEx(
             reinterpret_cast<BYTE*>(const_cast<std::byte*>(bytes.data())),
             static_cast<DWORD>(bytes.size()), TRUE, kIconFormat, size, size, 0);
@@ -557,7 +558,7 @@ void ReadVersionNode(ByteReader& reader, const std::string& indent, Lines& lines
 
 TEST_F(Resource, VersionBlockHoldsItsEntriesInOrder)
 {
-    ByteReader reader(program.Get(kVersionType, VS_VERSION_INFO, kGerman));
+    ByteReader reader(m_program.Get(kVersionType, VS_VERSION_INFO, kGerman));
     Lines lines;
     ReadVersionNode(reader, "", lines);
     EXPECT_TRUE(reader.AtEnd());
@@ -610,7 +611,7 @@ std::string WithoutLayout(std::string_view document)
 
 TEST_F(Resource, ManifestDeclaresInvokerRightsAndDpiAwarenessOnly)
 {
-    const Bytes bytes = program.Get(kManifestType, 1, kEnglish);
+    const Bytes bytes = m_program.Get(kManifestType, 1, kEnglish);
     const std::string_view document(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     ASSERT_TRUE(document.starts_with(kByteOrderMark));
