@@ -1,0 +1,12 @@
+' Sendet aus Excel, Word oder Access einen Text und gibt die Antwort zurueck.
+' Hier nicht erprobt: braucht ein Office-Programm unter Windows.
+Option Explicit
+
+Public Function SendText(ByVal Text As String) As Long
+    Const Program As String = "C:\Program Files\Quillet\quillet.exe"
+    Const Quote As String = """"
+    ' Die eingebaute Funktion Shell wartet nicht; Run mit True als drittem Argument wartet.
+    SendText = CreateObject("WScript.Shell").Run( _
+        Quote & Program & Quote & " -kla=QuilletBeispielHost -copydata=" & Quote & Text & Quote, _
+        1, True)
+End Function
