@@ -1,4 +1,4 @@
-#include "GlobMatch.h"
+#include "target/GlobMatch.h"
 
 #include <algorithm>
 #include <bitset>
@@ -10,7 +10,7 @@ namespace
 
 static_assert(sizeof(wchar_t) == 2 && wchar_t(-1) > wchar_t(0), "code units are unsigned, 16 bits");
 
-// The longest pattern, in code units, that the table of a pattern with varying sets has room for.
+/// The longest pattern, in code units, that the table of a pattern with varying sets has room for.
 constexpr std::size_t kTableLength = 32'767;
 
 // Three oddities of sets are kept on purpose, because they decide which window a pattern finds:
@@ -18,8 +18,8 @@ constexpr std::size_t kTableLength = 32'767;
 // when that very range accepts the unit, the same "]" closes the set. So where a set ends can
 // depend on the text: "[a-]b]" is followed by "b]" for the unit "a", by nothing for the unit "b".
 
-// Whether the member, or the range that it begins, accepts the unit. A range without a bound
-// accepts nothing but its member.
+/// Whether the member, or the range that it begins, accepts the unit. A range without a bound
+/// accepts nothing but its member.
 bool MemberAccepts(const wchar_t* member, wchar_t unit) noexcept
 {
     if (*member == unit)
@@ -34,8 +34,8 @@ bool MemberAccepts(const wchar_t* member, wchar_t unit) noexcept
     return low <= unit && unit <= high;
 }
 
-// The next member to try after one that did not accept the unit. The "-" and the bound of a range
-// are skipped, whatever the bound is; a missing bound leads to the end of the pattern.
+/// The next member to try after one that did not accept the unit. The "-" and the bound of a range
+/// are skipped, whatever the bound is; a missing bound leads to the end of the pattern.
 const wchar_t* NextMember(const wchar_t* member) noexcept
 {
     if (member[1] != L'-')
@@ -45,8 +45,8 @@ const wchar_t* NextMember(const wchar_t* member) noexcept
     return member[2] == L'\0' ? member + 2 : member + 3;
 }
 
-// The position behind a set that accepted the unit with `member`. What stands between is not read
-// as members or ranges any more. A set that is never closed reaches to the end of the pattern.
+/// The position behind a set that accepted the unit with `member`. What stands between is not read
+/// as members or ranges any more. A set that is never closed reaches to the end of the pattern.
 const wchar_t* BehindSet(const wchar_t* member) noexcept
 {
     while (*member != L']' && *member != L'\0')
@@ -56,8 +56,8 @@ const wchar_t* BehindSet(const wchar_t* member) noexcept
     return *member == L']' ? member + 1 : member;
 }
 
-// The position behind the pattern's first element when that accepts the unit, else null. The
-// element is not a star and not the end of the pattern, the unit not the end of the text.
+/// The position behind the pattern's first element when that accepts the unit, else null. The
+/// element is not a star and not the end of the pattern, the unit not the end of the text.
 const wchar_t* AfterElement(const wchar_t* element, wchar_t unit) noexcept
 {
     switch (*element)
@@ -80,49 +80,86 @@ const wchar_t* AfterElement(const wchar_t* element, wchar_t unit) noexcept
     }
 }
 
-// Matches the pattern behind a star when every set ends in one place only. Such a pattern is a
-// fixed row of one-unit tests between one star and the next, so the earliest place where a row
-// fits leaves the most text to the rest, and no star but the last one need ever be widened. Each
-// unit of the text begins at most one attempt at a row, which reads the row at most once.
-bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
+/// The first place from `text` on where a row of elements that begins with `first` may match: the
+/// end of the text when an ordinary unit does not occur any more.
+const wchar_t* FirstCandidate(const wchar_t* text, wchar_t first) noexcept
 {
-    const wchar_t* pattern = row;
-    for (const wchar_t* attempt = text;;)
+    switch (first)
     {
-        if (*pattern == L'*')
+    case L'*':
+    case L'?':
+    case L'[':
+    case L'\\':
+        return text;
+    default:
+        while (*text != first && *text != L'\0')
         {
-            row = ++pattern;
-            attempt = text;
-        }
-        else if (*pattern == L'\0' && (*text == L'\0' || pattern == row))
-        {
-            return true;
-        }
-        else if (*text == L'\0')
-        {
-            return false; // a later attempt would have even less text
-        }
-        else if (const wchar_t* after = *pattern == L'\0' ? nullptr : AfterElement(pattern, *text))
-        {
-            pattern = after;
             ++text;
         }
-        else
-        {
-            pattern = row;
-            text = ++attempt;
-        }
+        return text;
     }
 }
 
-// Whether where a set ends may depend on the text: this takes a range whose bound is "]".
+/// Matches the pattern behind a star when every set ends in one place only. Between one star and
+/// the next such a pattern is a fixed row of elements of one unit each, so the earliest place where
+/// a row fits leaves the most text to the rest, and no star but the last need ever be widened. Each
+/// unit of the text begins at most one attempt at a row, which reads the row at most once.
+bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
+{
+    while (*row != L'\0')
+    {
+        text = FirstCandidate(text, *row);
+        const wchar_t* unit = text;
+        const wchar_t* element = row;
+        while (*element != L'*' && *element != L'\0' && *unit != L'\0')
+        {
+            const wchar_t* const after = AfterElement(element, *unit);
+            if (after == nullptr)
+            {
+                break;
+            }
+            element = after;
+            ++unit;
+        }
+
+        if (*element == L'*')
+        {
+            row = element + 1;
+            text = unit;
+        }
+        else if (*unit == L'\0')
+        {
+            return *element == L'\0'; // a later attempt would have even less text
+        }
+        else
+        {
+            ++text;
+        }
+    }
+    return true;
+}
+
+/// Whether where a set ends may depend on the text: this takes a range whose bound is "]". Up to
+/// the first such set the elements stand where they stand for every text.
 bool SetEndsMayVary(const wchar_t* pattern) noexcept
 {
-    for (; *pattern != L'\0'; ++pattern)
+    while (*pattern != L'\0')
     {
-        if (pattern[0] == L'-' && pattern[1] == L']')
+        if (*pattern == L'\\' && pattern[1] != L'\0')
         {
-            return true;
+            pattern += 2;
+            continue;
+        }
+        if (*pattern++ != L'[')
+        {
+            continue;
+        }
+        for (; *pattern != L']' && *pattern != L'\0'; pattern = NextMember(pattern))
+        {
+            if (pattern[1] == L'-' && pattern[2] == L']')
+            {
+                return true;
+            }
         }
     }
     return false;
@@ -137,13 +174,13 @@ const wchar_t* EndOf(const wchar_t* units) noexcept
     return units;
 }
 
-// For one position in the text: from which positions of the pattern on the rests match.
+/// For one position in the text: from which positions of the pattern on the rests match.
 using Row = std::bitset<kTableLength + 1>;
 
-// Fills the row of the position in the text that `unit` stands at, from the row of the next one.
-// A cell needs only cells close to its right and cells of the next row. This is so for sets too:
-// what trying the members from a position on leads to follows from the member there and from the
-// next one. So no set is walked more than once, however many sets begin inside each other.
+/// Fills the row of the position in the text that `unit` stands at, from the row of the next one.
+/// A cell needs only cells close to its right and cells of the next row. This is so for sets too:
+/// what trying the members from a position on leads to follows from the member there and from the
+/// next one. So no set is walked more than once, however many sets begin inside each other.
 void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t length,
              wchar_t unit) noexcept
 {
@@ -184,11 +221,11 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
     }
 }
 
-// Matches the pattern behind a star when where a set ends may depend on the text. Then one attempt
-// reaches stars that another does not, and going back to the last star only would be wrong: "abc"
-// matches "*[a-]*b]c". Instead this tells, from the end of the text to its start, for every
-// position of the pattern whether the rest of the one matches the rest of the other: each pair of
-// positions is looked at once.
+/// Matches the pattern behind a star when where a set ends may depend on the text. Then one attempt
+/// reaches stars that another does not, and going back to the last star only would be wrong: "abc"
+/// matches "*[a-]*b]c". Instead this tells, from the end of the text to its start, for every
+/// position of the pattern whether the rest of the one matches the rest of the other: each pair of
+/// positions is looked at once.
 bool MatchVaryingSets(const wchar_t* text, const wchar_t* pattern, std::size_t length) noexcept
 {
     Row rows[2];

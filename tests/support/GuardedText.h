@@ -13,8 +13,9 @@
 #include <new>
 #include <string_view>
 
-// A null-terminated copy of UTF-16 code units whose terminator lies directly before an inaccessible
-// page, so that reading one unit too far ends the test instead of going unnoticed. Owns its pages.
+/// A null-terminated copy of UTF-16 code units whose terminator lies directly before an
+/// inaccessible page, so that reading one unit too far ends the test instead of going unnoticed.
+/// Owns its pages.
 class GuardedText
 {
     static_assert(sizeof(wchar_t) == sizeof(char16_t));

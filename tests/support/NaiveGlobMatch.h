@@ -3,19 +3,19 @@
 #include <optional>
 #include <string_view>
 
-// A second implementation of the glob rules, to judge `GlobMatch` by: each rule written down by
-// itself on shrinking views, nothing done for speed. Its time grows exponentially with the stars,
-// so it is for short inputs only.
+/// A second implementation of the glob rules, to judge `GlobMatch` by: each rule written down by
+/// itself on shrinking views, nothing done for speed. Its time grows exponentially with the stars,
+/// so it is for short inputs only.
 namespace naive
 {
 
-// Not of `wchar_t`: where that is narrower than the C library believes, its views cannot be used.
+/// Not of `wchar_t`: where that is narrower than the C library believes, its views cannot be used.
 using Units = std::u16string_view;
 
-// What of the pattern follows an element that accepted its unit; nothing when it did not.
+/// What of the pattern follows an element that accepted its unit; nothing when it did not.
 using Rest = std::optional<Units>;
 
-// A set that is not closed reaches to the end of the pattern.
+/// A set that is not closed reaches to the end of the pattern.
 inline Units RestBehindSet(Units set)
 {
     while (!set.empty())

@@ -18,8 +18,8 @@
 namespace
 {
 
-// Text and pattern end directly before inaccessible pages, so that every test of this file also
-// shows that nothing behind a terminator is read.
+/// Text and pattern end directly before inaccessible pages, so that every test of this file also
+/// shows that nothing behind a terminator is read.
 int Match(std::u16string_view text, std::u16string_view pattern)
 {
     const GuardedText guardedText(text);
@@ -27,7 +27,7 @@ int Match(std::u16string_view text, std::u16string_view pattern)
     return GlobMatch(guardedText.Get(), guardedPattern.Get());
 }
 
-// The units as a person can read them, everything outside ASCII as <hexadecimal>.
+/// The units as a person can read them, everything outside ASCII as <hexadecimal>.
 std::string Readable(std::u16string_view units)
 {
     std::string result;
@@ -286,6 +286,9 @@ TEST(GlobMatch, GoingBackToTheLastStarOnlyWouldBeWrongForVaryingSets)
         {u"b*", u"**[a-]*\\*", 1}, // the first star behind the "]" as a member
         {u"a*", u"**[a-]*\\*", 1},
         {u"a", u"**[a-]*\\", 0},
+        {u"x-]y", u"*[0-9-]]y", 1}, // behind a range "-" is a member, so this end does not vary
+        {u"aab]", u"*\\[a-]*", 0},  // neither does this: there is no set
+        {u"a[a-]b", u"*\\[a-]*", 1},
     });
 }
 
@@ -323,7 +326,7 @@ std::u16string Repeated(std::u16string_view part, std::size_t times)
     return result;
 }
 
-// `part` repeated as often as `units` units have room for it.
+/// `part` repeated as often as `units` units have room for it.
 std::u16string Filled(std::u16string_view part, std::size_t units)
 {
     return Repeated(part, units / part.size());
@@ -332,8 +335,8 @@ std::u16string Filled(std::u16string_view part, std::size_t units)
 constexpr std::size_t kLongestWindowText = 4'095;
 constexpr std::size_t kLongestCommandLine = 32'766;
 
-// Each of these costs the plain rules exponential time, or a power of the text's length. They are
-// done with when the test program ends within its time limit at all.
+/// Each of these costs the plain rules exponential time, or a power of the text's length. They are
+/// done with when the test program ends within its time limit at all.
 TEST(GlobMatch, HostilePatternsEndSoon)
 {
     constexpr std::size_t kText = kLongestWindowText;
@@ -368,7 +371,7 @@ TEST(GlobMatch, HostilePatternsEndSoon)
     }
 }
 
-// Around the length up to which the time is bounded the results stay the same.
+/// Around the length up to which the time is bounded the results stay the same.
 TEST(GlobMatch, PatternsLongerThanAnyCommandLineFollowTheSameRules)
 {
     for (std::size_t length = kLongestCommandLine - 2; length < kLongestCommandLine + 5; ++length)
@@ -382,8 +385,8 @@ TEST(GlobMatch, PatternsLongerThanAnyCommandLineFollowTheSameRules)
     EXPECT_EQ(1, Match(u"abc", Repeated(u"*", 40'000) + u"[a-]*b]c"));
 }
 
-// Few different units, so that odd sets are common and short texts often match. "-]" is what makes
-// the end of a set vary.
+/// Few different units, so that odd sets are common and short texts often match. "-]" is what makes
+/// the end of a set vary.
 constexpr std::u16string_view kTextParts[] = {u"a", u"a", u"b",  u"^", u"]",
                                               u"-", u"[", u"\\", u"*"};
 constexpr std::u16string_view kPatternParts[] = {u"*", u"*",  u"?", u"[", u"[", u"]", u"-",
@@ -409,7 +412,7 @@ std::mt19937::result_type Seed()
                : std::random_device()();
 }
 
-// QUILLET_TEST_SEED, a decimal number, repeats a run.
+/// QUILLET_TEST_SEED, a decimal number, repeats a run.
 TEST(GlobMatch, AgreesWithTheNaiveRulesOnRandomPairs)
 {
     constexpr int kPairs = 1'500'000;
