@@ -1,0 +1,188 @@
+// URLs that fill the longest command line there is. The library's regular expressions recurse for
+// every character, so these are also the measure for the stack that the program reserves; the tests
+// have the same.
+#include "app/QuilletApp.h"
+#include "tests/support/GatherRequest.h"
+#include "tests/support/PlainGathering.h"
+#include "tests/support/StackUse.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+
+constexpr std::size_t kLongestCommandLine = 32'766;
+
+/// `begin`, as many whole repetitions of `part` as there is room for, and `end`.
+std::wstring Fill(const std::wstring& begin, std::wstring_view part, const std::wstring& end = {})
+{
+    std::wstring line = L"quillet.exe -nodlg -url=" + begin;
+    while (line.size() + part.size() + end.size() <= kLongestCommandLine)
+    {
+        line += part;
+    }
+    return line + end;
+}
+
+std::wstring Repeated(std::wstring_view part, std::size_t times)
+{
+    std::wstring text;
+    for (; times > 0; --times)
+    {
+        text += part;
+    }
+    return text;
+}
+
+TEST(LongUrl, CarriesOneHugeValue)
+{
+    const std::wstring line = Fill(L"x?copydata=", L"v");
+    ASSERT_EQ(kLongestCommandLine, line.size());
+    const SendRequest request = GatherRequest(line);
+    EXPECT_EQ(std::wstring(kLongestCommandLine - 35, L'v'), request.copyData);
+    EXPECT_TRUE(request.noDialog);
+}
+
+TEST(LongUrl, CarriesTenThousandParameters)
+{
+    const std::wstring many = Repeated(L"a=&", 10'000);
+    const SendRequest request =
+        GatherRequest(L"q -url=x?msg=1&" + many + L"msg=2&wparam=7&kla=last");
+    EXPECT_EQ(TextOf({.windowClass = L"last", .messageOffset = 1, .wParam = 7}), TextOf(request));
+
+    std::wstring different;
+    for (int number = 0; number < 5'000; ++number)
+    {
+        different += L"&" + std::to_wstring(number);
+    }
+    const UrlParameters parameters = CQuilletApp::ParseUrlParameters((L"?" + different).c_str());
+    EXPECT_EQ(5'000u, parameters.size());
+    EXPECT_TRUE(parameters.contains(L"0") && parameters.contains(L"4999"));
+}
+
+TEST(LongUrl, MayConsistOfSeparators)
+{
+    EXPECT_EQ(L"", GatherRequest(Fill(L"x?", L"&")).windowClass);
+    EXPECT_EQ(L"a", GatherRequest(Fill(L"x?", L"&", L"kla=a")).windowClass);
+    EXPECT_EQ(L"a", GatherRequest(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass);
+}
+
+TEST(LongUrl, MayConsistOfEscapes)
+{
+    const std::wstring quoted = Fill(L"x?copydata=%22", L"%20", L"%22");
+    const std::size_t blanks = (kLongestCommandLine - 35 - 6) / 3;
+    EXPECT_EQ(std::wstring(blanks, L' '), GatherRequest(quoted).copyData);
+
+    const std::wstring pairs = Fill(L"x?copydata=", L"%c3%A4");
+    EXPECT_EQ(std::wstring((kLongestCommandLine - 35) / 6, L'\u00E4'),
+              GatherRequest(pairs).copyData);
+
+    const std::wstring kept = Fill(L"x?copydata=", L"%41-");
+    EXPECT_EQ(Repeated(L"%41-", (kLongestCommandLine - 35) / 4), GatherRequest(kept).copyData);
+}
+
+TEST(LongUrl, MayBeOneHugeItemWithoutEqualsSign)
+{
+    const std::wstring line = Fill(L"x?", L"k");
+    EXPECT_EQ(TextOf({.noDialog = true}), TextOf(GatherRequest(line)));
+    const std::wstring url = line.substr(line.find(L"x?"));
+    EXPECT_EQ((UrlParameters{{url.substr(2), L""}}), CQuilletApp::ParseUrlParameters(url.c_str()));
+}
+
+TEST(LongUrl, EndsTheRunWhenItsLastUnitIsAPercentSign)
+{
+    try
+    {
+        GatherRequest(Fill(L"x?copydata=", L"%20", L"%"));
+        FAIL();
+    }
+    catch (CInvalidArgException* exception)
+    {
+        exception->Delete();
+    }
+}
+
+struct Shape
+{
+    const char* name;
+    std::wstring line;
+};
+
+/// What is hard on some part of the way: long runs, runs that are given up again at their end, and
+/// runs that begin anew at every unit.
+std::vector<Shape> HardShapes()
+{
+    return {
+        {"one value", Fill(L"x?copydata=", L"v")},
+        {"one value of foreign letters", Fill(L"x?copydata=", L"\u4E2D")},
+        {"one key", Fill(L"x?", L"k")},
+        {"one key, then no key", Fill(L"x?", L"k", L"-")},
+        {"one key with a value", Fill(L"x?", L"k", L"=v")},
+        {"one value, then a line break", Fill(L"x?copydata=", L"v", L"\n")},
+        {"one item that is no pair", Fill(L"x?", L"-")},
+        {"separators", Fill(L"x?", L"&")},
+        {"separators of both kinds", Fill(L"x?", L";&", L"kla=a")},
+        {"separators inside a value", Fill(L"x?kla=", L"v&")},
+        {"pairs", Fill(L"x?", L"a=&")},
+        {"keys", Fill(L"x?", L"a;")},
+        {"escapes", Fill(L"x?copydata=", L"%20")},
+        {"pairs of escapes", Fill(L"x?copydata=", L"%c3%a4")},
+        {"escapes that stay", Fill(L"x?copydata=", L"%41-")},
+        {"percent signs", Fill(L"x?copydata=", L"%", L"x")},
+        {"equals signs", Fill(L"x?a", L"=")},
+        {"question marks", Fill(L"", L"?")},
+        {"question marks without query", Fill(L"", L"?#")},
+        {"question marks, then a query", Fill(L"", L"?#", L"?kla=a")},
+        {"no question mark", Fill(L"", L"u")},
+        {"fragment", Fill(L"x?kla=a#", L"f")},
+        {"quotes", Fill(L"x?kla=", L"\"")},
+        {"quoted values", Fill(L"\"x?kla=", L"=\"\"")},
+        {"quoted, never closed", Fill(L"\"x?kla=v", L" =\"v")},
+        {"switches", Fill(L"x?kla=", L"-url=x?kla=")},
+        {"half keys, half separators", Fill(L"x?" + Repeated(L"k", 16'000), L"&", L"kla=a")},
+        {"half value, half key", Fill(L"x?kla=" + Repeated(L"v", 16'000) + L"&", L"k")},
+    };
+}
+
+TEST(LongUrl, IsGatheredAsThePlainRulesSay)
+{
+    for (const Shape& shape : HardShapes())
+    {
+        ASSERT_LE(shape.line.size(), kLongestCommandLine);
+        ASSERT_GT(shape.line.size(), kLongestCommandLine - 16);
+        EXPECT_EQ(TextOf(plain::Gather(shape.line).request), TextOf(GatherRequest(shape.line)))
+            << shape.name;
+    }
+}
+
+std::size_t ReservedStack()
+{
+    const auto* const module = reinterpret_cast<const char*>(::GetModuleHandleW(nullptr));
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(module);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(module + dos->e_lfanew);
+    return headers->OptionalHeader.SizeOfStackReserve;
+}
+
+TEST(LongUrl, NeedsAtMostHalfOfTheReservedStack)
+{
+    const std::size_t reserved = ReservedStack();
+    std::size_t most = 0;
+    for (const Shape& shape : HardShapes())
+    {
+        const std::size_t used = StackUse::Of([&] { GatherRequest(shape.line); });
+        std::printf("%9zu KiB: %s\n", used >> 10, shape.name);
+        EXPECT_LE(used, reserved / 2) << shape.name;
+        most = std::max(most, used);
+    }
+    std::printf("at most %zu of %zu KiB\n", most >> 10, reserved >> 10);
+    EXPECT_GT(most, std::size_t{1} << 20); // else the measuring is at fault
+}
+
+} // namespace
