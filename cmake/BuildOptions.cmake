@@ -28,6 +28,9 @@ if(QUILLET_CHECKED)
   # Traps need no run-time library.
   target_compile_options(quillet_build_options INTERFACE
     -fsanitize=undefined -fsanitize-undefined-trap-on-error -fno-omit-frame-pointer)
+elseif(QUILLET_COVERAGE)
+  target_compile_options(quillet_build_options INTERFACE --coverage)
+  target_link_options(quillet_build_options INTERFACE --coverage)
 else()
   target_link_options(quillet_build_options INTERFACE -s)
 endif()

@@ -1,5 +1,5 @@
 // _recalloc: the platform vendor's run-time library has it, this toolchain's headers declare it,
-// its its import library lacks it. Contract: resizes a block from calloc to `count` × `size` bytes
+// its import library lacks it. Contract: resizes a block from calloc to `count` × `size` bytes
 // (null: a new block); bytes beyond the old size are zero; null, with the old block untouched, when
 // memory runs out or the product overflows.
 #include <malloc.h>

@@ -16,3 +16,6 @@ packages_test=(googletest clang libclang-rt-dev libbenchmark-dev)
 
 # Checking format and style.
 packages_lint=(clang-format clang-tidy cppcheck shellcheck python3)
+
+# Measuring what the tests reach.
+packages_coverage=(gcovr)

@@ -2,12 +2,38 @@
 
 #include <system_error>
 
-Process::Process(const std::filesystem::path& program, std::wstring commandLine)
+namespace
+{
+
+// Under heavy load Wine now and then fails to set a new process up and reports an internal error;
+// the program has not begun to run then, so another try is no second run. Windows does not do this.
+bool Create(const std::filesystem::path& program, const std::wstring& commandLine,
+            STARTUPINFOW& startup, PROCESS_INFORMATION& information)
+{
+    constexpr int kTries = 5;
+    for (int attempt = 0; attempt < kTries; ++attempt)
+    {
+        std::wstring writable = commandLine;
+        if (::CreateProcessW(program.c_str(), writable.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                             nullptr, &startup, &information))
+        {
+            return true;
+        }
+        if (::GetLastError() != ERROR_INTERNAL_ERROR)
+        {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+Process::Process(const std::filesystem::path& program, const std::wstring& commandLine)
 {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
-    if (!::CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                          nullptr, &startup, &m_information))
+    if (!Create(program, commandLine, startup, m_information))
     {
         throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(),
                                 program.string());

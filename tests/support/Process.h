@@ -14,7 +14,7 @@ class Process
 public:
     /// Starts `program` with exactly `commandLine` (program name included, nothing quoted or
     /// added), of up to 32,766 code units. Throws std::system_error when the platform refuses.
-    Process(const std::filesystem::path& program, std::wstring commandLine);
+    Process(const std::filesystem::path& program, const std::wstring& commandLine);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
