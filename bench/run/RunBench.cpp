@@ -28,7 +28,7 @@ struct Program
 
 Process Start(const Program& program)
 {
-    return Process(BuiltProgram(program.file), std::wstring(program.file) + program.arguments);
+    return {BuiltProgram(program.file), std::wstring(program.file) + program.arguments};
 }
 
 void RequireEnd(const Process& process, int code)

@@ -249,7 +249,7 @@ private:
         {
             return "the message did not arrive";
         }
-        const std::string failure = PlayUser(run);
+        std::string failure = PlayUser(run);
         if (!failure.empty())
         {
             return failure;
