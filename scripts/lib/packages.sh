@@ -2,8 +2,8 @@
 # shellcheck disable=SC2034  # read by setup.sh, by name
 # The Debian packages that this repository needs, grouped by purpose: packages_GROUP for `setup.sh GROUP…`.
 
-# Cross-compiling the program.
-packages_build=(cmake ninja-build g++-mingw-w64-x86-64-posix)
+# Cross-compiling the program. (Python draws the icon; every preset configures the tests, too.)
+packages_build=(cmake ninja-build g++-mingw-w64-x86-64-posix python3 googletest)
 
 # Running it on a virtual desktop: Wine and what it loads at run time for text, pointers and screens, a display
 # server, a window manager (without one there is no activation and no keyboard focus), tools to press, paint and look.
@@ -12,10 +12,10 @@ packages_desktop=(
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
 # Building and running the tests, the native ones with sanitizers and fuzzer, and the benchmarks.
-packages_test=(googletest clang libclang-rt-dev libbenchmark-dev)
+packages_test=(clang libclang-rt-dev libbenchmark-dev)
 
 # Checking format and style.
-packages_lint=(clang-format clang-tidy cppcheck shellcheck python3)
+packages_lint=(clang-format clang-tidy cppcheck shellcheck)
 
 # Measuring what the tests reach.
 packages_coverage=(gcovr)
