@@ -1,0 +1,430 @@
+// The delivery by WM_COPYDATA, seen by hosts that check what arrives and behave in every way a host
+// can.
+#include "app/ResultCode.h"
+#include "tests/support/HostProcess.h"
+#include "tests/support/HostWindow.h"
+#include "tests/support/QuilletRun.h"
+#include "tests/support/UniqueName.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <limits>
+#include <string>
+
+namespace
+{
+
+/// Bytes as two-digit numbers with a blank behind each, so that a failure shows what arrived.
+std::string Hex(const std::vector<std::byte>& bytes)
+{
+    std::string text;
+    for (const std::byte byte : bytes)
+    {
+        char digits[4];
+        std::snprintf(digits, sizeof(digits), "%02X ", std::to_integer<unsigned>(byte));
+        text += digits;
+    }
+    return text;
+}
+
+/// The switch that names an encoding; without a name there is none.
+std::wstring EncodingSwitch(std::wstring_view name)
+{
+    return name.empty() ? L"" : L" -copydataencoding=\"" + std::wstring(name) + L"\"";
+}
+
+/// The arguments that send `text` to the host without waiting for an answer.
+std::wstring Send(const HostWindow& host, std::wstring_view text)
+{
+    return L" -nodlg -kla=" + host.ClassName() + L" -copydata=\"" + std::wstring(text) + L"\"";
+}
+
+/// The bytes that a host receives when the text is sent in this encoding.
+std::string Arriving(std::wstring_view text, std::wstring_view encoding)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host", WS_OVERLAPPEDWINDOW});
+    EXPECT_EQ(RunQuillet(Send(host, text) + EncodingSwitch(encoding)), kResultAccepted);
+    const auto received = host.Received();
+    EXPECT_EQ(received.size(), 1u);
+    return received.empty() ? "nothing" : Hex(received[0].bytes);
+}
+
+/// The wait dialog that a copy-data message names.
+HWND DialogOf(const ReceivedMessage& message)
+{
+    return reinterpret_cast<HWND>(message.wParam);
+}
+
+/// The window's text as its own thread tells it, which it can only do while it handles messages.
+std::wstring AskForText(HWND window)
+{
+    constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
+    wchar_t text[100] = {};
+    ::SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text),
+                          SMTO_NORMAL, static_cast<UINT>(kLimit), nullptr);
+    return text;
+}
+
+/// What ANSI means is the machine's choice. These expectations are worked out for one code page.
+class CopyDataEncoding : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        constexpr UINT kWorkedOutFor = 1252;
+        if (::GetACP() != kWorkedOutFor)
+        {
+            GTEST_SKIP() << "the ANSI code page here is " << ::GetACP();
+        }
+    }
+};
+
+TEST_F(CopyDataEncoding, EncodingNamesAreComparedWholeAndInAnyCase)
+{
+    constexpr auto kText = L"a\u00E4\u20AC";
+    constexpr auto kUtf16 = "61 00 E4 00 AC 20 ";
+    constexpr auto kUtf8 = "61 C3 A4 E2 82 AC ";
+    constexpr auto kAnsi = "61 E4 80 ";
+    constexpr struct
+    {
+        const wchar_t* name;
+        const char* bytes;
+    } kRows[] = {
+        {L"ANSI", kAnsi},
+        {L"ansi", kAnsi},
+        {L"aNsI", kAnsi},
+        {L"UTF-8", kUtf8},
+        {L"utf-8", kUtf8},
+        {L"Utf-8", kUtf8},
+        {L"UTF8", kUtf8},
+        {L"utf8", kUtf8},
+        {L"uTf8", kUtf8},
+        // Everything else is UTF-16, without a complaint.
+        {L"", kUtf16},
+        {L"UNICODE", kUtf16},
+        {L"unicode", kUtf16},
+        {L"UTF-16", kUtf16},
+        {L" ANSI", kUtf16},
+        {L" UTF-8", kUtf16},
+        {L"UTF-8 ", kUtf16},
+        {L"UTF_8", kUtf16},
+        {L"UTF-", kUtf16},
+        {L"UTF-88", kUtf16},
+        {L"ANS", kUtf16},
+        {L"ANSII", kUtf16},
+        {L"Latin1", kUtf16},
+        {L"65001", kUtf16},
+    };
+    for (const auto& [name, bytes] : kRows)
+    {
+        EXPECT_EQ(Arriving(kText, name), bytes) << testing::PrintToString(std::wstring(name));
+    }
+}
+
+TEST(CopyData, AnExplicitlyEmptyEncodingNameSendsUtf16)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    EXPECT_EQ(RunQuillet(Send(host, L"\u00E4") + L" -copydataencoding=\"\""), kResultAccepted);
+    ASSERT_EQ(host.Received().size(), 1u);
+    EXPECT_EQ(Hex(host.Received()[0].bytes), "E4 00 ");
+}
+
+TEST_F(CopyDataEncoding, TextsArriveByteForByte)
+{
+    constexpr struct
+    {
+        const wchar_t* text;
+        const char* utf16;
+        const char* utf8;
+        const char* ansi;
+    } kRows[] = {
+        {L"abc", "61 00 62 00 63 00 ", "61 62 63 ", "61 62 63 "},
+        {L" a b ", "20 00 61 00 20 00 62 00 20 00 ", "20 61 20 62 20 ", "20 61 20 62 20 "},
+        {L"\u00E4", "E4 00 ", "C3 A4 ", "E4 "},
+        {L"\u20AC", "AC 20 ", "E2 82 AC ", "80 "},
+        // Outside the code page: the system's default character.
+        {L"\u0416", "16 04 ", "D0 96 ", "3F "},
+        {L"\u4E2D", "2D 4E ", "E4 B8 AD ", "3F "},
+        // Outside, but with a near relative that the platform chooses.
+        {L"\u0100", "00 01 ", "C4 80 ", "41 "},
+        // A surrogate pair is one character in UTF-8 and two units that ANSI lacks.
+        {L"\xD83D\xDE00", "3D D8 00 DE ", "F0 9F 98 80 ", "3F 3F "},
+        // A lone surrogate stands for no character: UTF-8 gets the replacement character.
+        {L"a\xD83Dz", "61 00 3D D8 7A 00 ", "61 EF BF BD 7A ", "61 3F 7A "},
+        {L"\xDE00", "00 DE ", "EF BF BD ", "3F "},
+        {L"\xDE00\xD83D", "00 DE 3D D8 ", "EF BF BD EF BF BD ", "3F 3F "},
+        // A non-character is a code point like any other.
+        {L"\xFFFF", "FF FF ", "EF BF BF ", "3F "},
+    };
+    for (const auto& [text, utf16, utf8, ansi] : kRows)
+    {
+        EXPECT_EQ(Arriving(text, L""), utf16);
+        EXPECT_EQ(Arriving(text, L"UTF-8"), utf8);
+        EXPECT_EQ(Arriving(text, L"ANSI"), ansi);
+    }
+}
+
+// The last length that needs no heap block, the first that does, and long ones.
+TEST_F(CopyDataEncoding, TextsOfEveryLengthArriveWhole)
+{
+    constexpr struct
+    {
+        wchar_t unit;
+        const char* utf16;
+        const char* utf8;
+        const char* ansi;
+    } kUnits[] = {{L'a', "61 00 ", "61 ", "61 "},
+                  {L'\u00E4', "E4 00 ", "C3 A4 ", "E4 "},
+                  {L'\u20AC', "AC 20 ", "E2 82 AC ", "80 "}};
+
+    for (const size_t length : {1u, 31u, 32u, 33u, 16'000u, 32'000u})
+    {
+        std::wstring text;
+        std::string utf16;
+        std::string utf8;
+        std::string ansi;
+        for (size_t i = 0; i < length; ++i)
+        {
+            const auto& unit = kUnits[i % std::size(kUnits)];
+            text += unit.unit;
+            utf16 += unit.utf16;
+            utf8 += unit.utf8;
+            ansi += unit.ansi;
+        }
+        // Not EXPECT_EQ: a failure would print pages.
+        EXPECT_TRUE(Arriving(text, L"") == utf16) << length;
+        EXPECT_TRUE(Arriving(text, L"UTF-8") == utf8) << length;
+        EXPECT_TRUE(Arriving(text, L"ANSI") == ansi) << length;
+    }
+}
+
+TEST(CopyData, DataCarriesAllBitsOfTheWParam)
+{
+    constexpr struct
+    {
+        const wchar_t* wParam;
+        ULONG_PTR data;
+    } kRows[] = {
+        {L"", 0},
+        {L" -wparam=12", 12},
+        {L" -wparam=-1", 0xFFFF'FFFF'FFFF'FFFF},
+        {L" -wparam=-4294967296", 0xFFFF'FFFF'0000'0000},
+        {L" -wparam=-9223372036854775808", 0x8000'0000'0000'0000},
+        {L" -wparam=0x123456789ABCDEF0", 0x1234'5678'9ABC'DEF0},
+    };
+    for (const auto& [wParam, data] : kRows)
+    {
+        for (const auto* encoding : {L"", L"UTF-8"})
+        {
+            const HostWindow host({UniqueName(L"Host"), L"Host"});
+            EXPECT_EQ(RunQuillet(Send(host, L"x") + wParam + EncodingSwitch(encoding)),
+                      kResultAccepted);
+            ASSERT_EQ(host.Received().size(), 1u);
+            EXPECT_EQ(host.Received()[0].data, data) << testing::PrintToString(wParam);
+        }
+    }
+}
+
+TEST(CopyData, MessageOffsetAndLParamHaveNoEffect)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    EXPECT_EQ(RunQuillet(Send(host, L"abc") + L" -msg=7 -lparam=9"), kResultAccepted);
+    // Handled behind a notification that might be on its way.
+    ::SendMessageW(host.Handle(), WM_NULL, 0, 0);
+    const auto received = host.Received();
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, UINT{WM_COPYDATA});
+    EXPECT_EQ(received[0].data, 0u);
+    EXPECT_EQ(Hex(received[0].bytes), "61 00 62 00 63 00 ");
+}
+
+TEST(CopyData, AnExplicitlyEmptyTextSendsTheNotificationInstead)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    EXPECT_EQ(RunQuillet(Send(host, L"") + L" -msg=7"), kResultCancelled);
+    const auto received = host.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, WM_USER + 7u);
+}
+
+TEST(CopyData, AnyReturnValueButZeroAccepts)
+{
+    constexpr struct
+    {
+        LRESULT returned;
+        int exitCode;
+    } kRows[] = {
+        {1, kResultAccepted},
+        {0, kResultSendFailed},
+        {-1, kResultAccepted},
+        // Tested in full width.
+        {0x1'0000'0000, kResultAccepted},
+        {std::numeric_limits<LRESULT>::min(), kResultAccepted},
+    };
+    for (const auto& [returned, exitCode] : kRows)
+    {
+        const HostWindow host({UniqueName(L"Host"), L"Host"}, ReturnFromCopyData(returned));
+        EXPECT_EQ(RunQuillet(Send(host, L"abc")), exitCode) << returned;
+    }
+}
+
+TEST(CopyData, AWindowThatDoesNotKnowTheMessageRefuses)
+{
+    const HostWindow host(
+        {UniqueName(L"Host"), L"Host"},
+        [](HWND window, const ReceivedMessage& message) -> std::optional<LRESULT> {
+            return ::DefWindowProcW(window, message.message, message.wParam, message.lParam);
+        });
+    EXPECT_EQ(RunQuillet(Send(host, L"abc")), kResultSendFailed);
+}
+
+TEST(CopyData, RefusalEndsTheRunWithoutWaiting)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"}, ReturnFromCopyData(0));
+    EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), kResultSendFailed);
+    ASSERT_EQ(host.Received().size(), 1u);
+    EXPECT_NE(host.Received()[0].wParam, 0u);
+}
+
+TEST(CopyData, WithoutADialogThereIsNoHandleToAnswerTo)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    EXPECT_EQ(RunQuillet(Send(host, L"abc")), kResultAccepted);
+    ASSERT_EQ(host.Received().size(), 1u);
+    EXPECT_EQ(host.Received()[0].wParam, 0u);
+}
+
+TEST(CopyData, TheHandleIsTheWaitDialogs)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
+    const auto received = host.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(DialogOf(received[0]), run.Dialog());
+    ::PostMessageW(run.Dialog(), WM_USER + 1, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), 1);
+}
+
+TEST(CopyData, AnAnswerPostedAtOnceReplacesTheZero)
+{
+    for (const UINT n : {0u, 1u, 2u, 1024u, 4096u})
+    {
+        const HostWindow host({UniqueName(L"Host"), L"Host"}, AnswerWith(n));
+        EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), static_cast<int>(n));
+    }
+}
+
+TEST(CopyData, AnAnswerPostedASecondLaterIsWaitedFor)
+{
+    constexpr UINT kSecond = 1000;
+    HostOptions options{UniqueName(L"Host"), L"Host"};
+    options.alsoRecord = {WM_TIMER};
+    const HostWindow host(
+        options, [](HWND window, const ReceivedMessage& message) -> std::optional<LRESULT> {
+            if (message.message == WM_COPYDATA)
+            {
+                // The dialog's handle serves as the timer's name and comes back with it.
+                ::SetTimer(window, message.wParam, kSecond, nullptr);
+            }
+            if (message.message == WM_TIMER)
+            {
+                ::KillTimer(window, message.wParam);
+                ::PostMessageW(DialogOf(message), WM_USER + 5, 0, 0);
+            }
+            return std::nullopt;
+        });
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 5);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(kSecond));
+}
+
+TEST(CopyData, WithoutAnAnswerTheUserCancels)
+{
+    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
+    ASSERT_EQ(host.WaitForMessages(1).size(), 1u);
+    const HWND dialog = run.WaitForShownDialog();
+    ASSERT_NE(dialog, nullptr);
+    ::PostMessageW(::GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+}
+
+TEST(CopyData, AHangingHostIsWaitedForUntilItIsKilled)
+{
+    for (const auto* dialogSwitch : {L"", L" -nodlg"})
+    {
+        const std::wstring name = UniqueName(L"Hanging");
+        HostProcess host(name, L"Host", L"hang");
+        const QuilletRun run(L" -copydata=abc -kla=" + name + dialogSwitch);
+        ASSERT_TRUE(host.WaitUntilReceived());
+        EXPECT_TRUE(run.IsRunning());
+        host.Kill();
+        EXPECT_EQ(run.WaitForExit(), kResultSendFailed);
+    }
+}
+
+// The dialog lives on while the send blocks: whoever sends it something is not held up by the host.
+TEST(CopyData, TheDialogAnswersOthersWhileTheHostHangs)
+{
+    const std::wstring name = UniqueName(L"Hanging");
+    HostProcess host(name, L"Host", L"hang");
+    const QuilletRun run(L" -copydata=abc -kla=" + name);
+    ASSERT_TRUE(host.WaitUntilReceived());
+    EXPECT_EQ(AskForText(run.Dialog()), L"Orvane Anwendungsweiterleitung");
+    host.Kill();
+    EXPECT_EQ(run.WaitForExit(), kResultSendFailed);
+}
+
+// What the handler returns counts, even when its window is gone by then.
+TEST(CopyData, AHostMayDestroyItsWindowInsideTheHandler)
+{
+    for (const LRESULT returned : {1, 0})
+    {
+        const HostWindow host({UniqueName(L"Host"), L"Host"},
+                              [returned](HWND window, const ReceivedMessage&) {
+                                  ::DestroyWindow(window);
+                                  return std::optional(returned);
+                              });
+        EXPECT_EQ(RunQuillet(Send(host, L"abc")),
+                  returned == 0 ? kResultSendFailed : kResultAccepted);
+        EXPECT_FALSE(::IsWindow(host.Handle()));
+    }
+}
+
+TEST(CopyData, TheDialogHandlesWhatTheHostSendsFromInsideTheHandler)
+{
+    std::wstring text;
+    const HostWindow host({UniqueName(L"Host"), L"Host"},
+                          [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+                              const HWND dialog = DialogOf(message);
+                              ::SendMessageW(dialog, WM_NULL, 0, 0);
+                              text = AskForText(dialog);
+                              ::PostMessageW(dialog, WM_USER + 6, 0, 0);
+                              return TRUE;
+                          });
+    EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 6);
+    EXPECT_EQ(text, L"Orvane Anwendungsweiterleitung");
+}
+
+// Kept on purpose: the loop that starts afterwards does not know of it, which is why hosts post
+// their answer.
+TEST(CopyData, AnAnswerSentFromInsideTheHandlerOnlyHidesTheDialog)
+{
+    bool shownBefore = false;
+    bool shownAfter = true;
+    const HostWindow host({UniqueName(L"Host"), L"Host"},
+                          [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+                              const HWND dialog = DialogOf(message);
+                              shownBefore = ::IsWindowVisible(dialog);
+                              ::SendMessageW(dialog, WM_USER + 7, 0, 0);
+                              shownAfter = ::IsWindowVisible(dialog);
+                              ::PostMessageW(dialog, WM_USER + 9, 0, 0);
+                              return TRUE;
+                          });
+    EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 9);
+    EXPECT_TRUE(shownBefore);
+    EXPECT_FALSE(shownAfter);
+}
+
+} // namespace
