@@ -2,6 +2,7 @@
 #include "app/ResultCode.h"
 #include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/RunsUnderWine.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -42,11 +43,6 @@ size_t ReceivedCount(const HostWindow& host)
 void MoveToTop(const HostWindow& host)
 {
     ::SetWindowPos(host.Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-}
-
-bool RunsUnderWine()
-{
-    return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 TEST(PatternSearch, FindsByTextByClassAndByBoth)

@@ -1,0 +1,231 @@
+// Bringing the target to the front, with real windows of other processes on a real desktop.
+#include "app/ResultCode.h"
+#include "tests/support/HostProcess.h"
+#include "tests/support/HostWindow.h"
+#include "tests/support/QuilletRun.h"
+#include "tests/support/RunsUnderWine.h"
+#include "tests/support/UniqueName.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <string>
+
+namespace
+{
+
+/// A window of another process, with a class name that the tests can give to the program.
+class Stranger : public HostProcess
+{
+public:
+    explicit Stranger(const std::wstring& words = L"") : Stranger(UniqueName(L"Stranger"), words) {}
+
+    const std::wstring& ClassName() const { return m_className; }
+
+private:
+    Stranger(const std::wstring& className, const std::wstring& words)
+        : HostProcess(className, className, words), m_className(className)
+    {
+    }
+
+    std::wstring m_className;
+};
+
+/// The window manager has its say in who is in front, and says it a little later.
+bool ComesToFront(HWND window)
+{
+    return WaitUntil([&] { return ::GetForegroundWindow() == window; });
+}
+
+bool IsAbove(HWND upper, HWND lower)
+{
+    HWND below = upper;
+    while (below != nullptr && below != lower)
+    {
+        below = ::GetWindow(below, GW_HWNDNEXT);
+    }
+    return below != nullptr;
+}
+
+/// Runs the program with its dialog minimised, and gives its exit code. The run's end takes one
+/// message to the dialog. Windows' shell soon posts one; Wine has none, so the test does.
+std::optional<int> RunMinimised(const std::wstring& arguments)
+{
+    const QuilletRun run(L" -nodlg -activatewindow" + arguments);
+    ::PostMessageW(run.WaitForDialog(), WM_NULL, 0, 0);
+    return run.WaitForExit();
+}
+
+TEST(Activation, ACoveredTargetComesToTheFront)
+{
+    const Stranger target;
+    const Stranger cover;
+    ASSERT_TRUE(ComesToFront(cover.Window()));
+    ASSERT_TRUE(IsAbove(cover.Window(), target.Window()));
+    EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
+    EXPECT_TRUE(ComesToFront(target.Window()));
+    // Windows raises the foreground window. Wine 8 leaves the order of windows that are on screen
+    // already to the window manager, which is not asked.
+    EXPECT_NE(IsAbove(target.Window(), cover.Window()), RunsUnderWine());
+}
+
+TEST(Activation, AMinimisedTargetIsRestoredAndRaised)
+{
+    const Stranger target(L"minimised");
+    const Stranger cover;
+    ASSERT_TRUE(ComesToFront(cover.Window()));
+    ASSERT_TRUE(::IsIconic(target.Window()));
+    EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
+    EXPECT_TRUE(ComesToFront(target.Window()));
+    EXPECT_TRUE(WaitUntil([&] { return ::IsIconic(target.Window()) == FALSE; }));
+    EXPECT_TRUE(WaitUntil([&] { return IsAbove(target.Window(), cover.Window()); }));
+}
+
+TEST(Activation, AHiddenTargetStaysHidden)
+{
+    const Stranger target(L"hidden");
+    const Stranger cover;
+    ASSERT_TRUE(ComesToFront(cover.Window()));
+    EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
+    EXPECT_FALSE(::IsWindowVisible(target.Window()));
+    EXPECT_TRUE(ComesToFront(cover.Window()));
+}
+
+TEST(Activation, ATargetThatWasInFrontEndsInFront)
+{
+    const Stranger other;
+    const Stranger target;
+    ASSERT_TRUE(ComesToFront(target.Window()));
+    EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
+    EXPECT_TRUE(ComesToFront(target.Window()));
+    EXPECT_FALSE(::IsIconic(target.Window()));
+}
+
+// The minimised dialog takes the foreground for itself, so it is the one target that is sure to be
+// minimised and in front. The message is none that it reads as an answer.
+TEST(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
+{
+    constexpr auto kDialogItself = L" -nam=\"Orvane Anwendungsweiterleitung\" -msg=8000";
+    const QuilletRun run(std::wstring(L" -nodlg -activatewindow") + kDialogItself);
+    const HWND dialog = run.WaitForDialog();
+    ASSERT_NE(dialog, nullptr);
+    // By now the run waits for its one message, and all else has been done.
+    ASSERT_EQ(::WaitForInputIdle(run.Handle(), 20'000), 0u);
+    EXPECT_TRUE(::IsIconic(dialog));
+    ::PostMessageW(dialog, WM_NULL, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+}
+
+TEST(Activation, WithoutTheSwitchNothingMoves)
+{
+    const Stranger minimised(L"minimised");
+    const Stranger covered;
+    const Stranger cover;
+    ASSERT_TRUE(ComesToFront(cover.Window()));
+    for (const auto* target : {&minimised, &covered})
+    {
+        EXPECT_EQ(RunQuillet(L" -nodlg -kla=" + target->ClassName()), kResultCancelled);
+    }
+    EXPECT_EQ(::GetForegroundWindow(), cover.Window());
+    EXPECT_TRUE(IsAbove(cover.Window(), covered.Window()));
+    EXPECT_TRUE(::IsIconic(minimised.Window()));
+}
+
+/// The wait dialog's state while the target handles its copy-data message.
+struct DialogState
+{
+    bool visible = false;
+    bool minimised = false;
+};
+
+/// Notes the dialog's state and posts it the answer WM_USER + 5.
+HostWindow::Script NoteDialogAndAnswer(DialogState& state)
+{
+    return [&state](HWND host, const ReceivedMessage& message) {
+        const HWND dialog = reinterpret_cast<HWND>(message.wParam);
+        state = {::IsWindowVisible(dialog) != FALSE, ::IsIconic(dialog) != FALSE};
+        return AnswerWith(5)(host, message);
+    };
+}
+
+TEST(Activation, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
+{
+    DialogState state;
+    const HostWindow target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
+    // The answer is the one message that is pumped, but nobody waits for it: 0 stays.
+    EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
+              kResultAccepted);
+    EXPECT_TRUE(state.visible);
+    EXPECT_TRUE(state.minimised);
+}
+
+TEST(Activation, ADialogToWaitInIsShownNormally)
+{
+    DialogState state;
+    const HostWindow target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
+    EXPECT_EQ(RunQuillet(L" -activatewindow -copydata=abc -kla=" + target.ClassName()), 5);
+    EXPECT_TRUE(state.visible);
+    EXPECT_FALSE(state.minimised);
+}
+
+TEST(Activation, ARefusalEndsWithoutPumpingAMessage)
+{
+    const HostWindow target({UniqueName(L"Target"), L"Target"}, ReturnFromCopyData(0));
+    EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
+              kResultSendFailed);
+}
+
+TEST(Activation, NoTargetEndsWithoutActivation)
+{
+    const Stranger cover;
+    ASSERT_TRUE(ComesToFront(cover.Window()));
+    EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -kla=" + UniqueName(L"Nobody")),
+              kResultWindowNotFound);
+    EXPECT_TRUE(ComesToFront(cover.Window()));
+}
+
+TEST(Activation, WhatCannotBeActivatedStillReceives)
+{
+    const struct
+    {
+        const char* kind;
+        DWORD style;
+        DWORD extendedStyle;
+    } kRows[] = {
+        {"hidden", WS_OVERLAPPEDWINDOW, 0},
+        {"disabled", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_DISABLED, 0},
+        {"never activated", WS_POPUP | WS_VISIBLE, WS_EX_NOACTIVATE},
+    };
+    for (const auto& row : kRows)
+    {
+        const HostWindow target({UniqueName(L"Target"), L"Target", row.style, row.extendedStyle},
+                                AnswerWith(5));
+        EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
+                  kResultAccepted)
+            << row.kind;
+        EXPECT_EQ(target.Received().size(), 1u) << row.kind;
+    }
+}
+
+// Foreground rules and window managers are the home of flakes: the real thing, many times in a row.
+TEST(Activation, ComesToTheFrontEveryTime)
+{
+    constexpr size_t kTimes = 50;
+    const std::array<Stranger, 2> strangers;
+    ASSERT_TRUE(ComesToFront(strangers[1].Window()));
+    for (size_t i = 0; i < kTimes; ++i)
+    {
+        const Stranger& target = strangers[i % strangers.size()];
+        const bool minimised = i % 4 > 1;
+        if (minimised)
+        {
+            ::ShowWindow(target.Window(), SW_MINIMIZE);
+        }
+        ASSERT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled) << i;
+        ASSERT_TRUE(ComesToFront(target.Window())) << i;
+        ASSERT_FALSE(::IsIconic(target.Window())) << i;
+    }
+}
+
+} // namespace
