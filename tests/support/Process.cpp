@@ -40,6 +40,12 @@ Process::Process(const std::filesystem::path& program, const std::wstring& comma
     }
 }
 
+Process::Process(HANDLE process)
+{
+    m_information.hProcess = process;
+    m_information.dwProcessId = ::GetProcessId(process);
+}
+
 Process::~Process()
 {
     Kill();

@@ -15,6 +15,8 @@ public:
     /// Starts `program` with exactly `commandLine` (program name included, nothing quoted or
     /// added), of up to 32,766 code units. Throws std::system_error when the platform refuses.
     Process(const std::filesystem::path& program, const std::wstring& commandLine);
+    /// Takes over a process that somebody else, such as the shell, has started.
+    explicit Process(HANDLE process);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;

@@ -23,9 +23,13 @@ bool HasFocus(HWND control)
 
 } // namespace
 
-QuilletRun::QuilletRun(std::wstring_view arguments)
-    : Process(QuilletPath(), L'"' + QuilletPath().wstring() + L'"' + std::wstring(arguments))
+QuilletRun::QuilletRun(std::wstring_view arguments) : Process(QuilletPath(), CommandLine(arguments))
 {
+}
+
+std::wstring QuilletRun::CommandLine(std::wstring_view arguments)
+{
+    return L'"' + QuilletPath().wstring() + L'"' + std::wstring(arguments);
 }
 
 HWND QuilletRun::Dialog() const

@@ -13,6 +13,9 @@ public:
     /// begins with the blank that the first switch needs.
     explicit QuilletRun(std::wstring_view arguments);
 
+    /// The command line that such a run is started with.
+    static std::wstring CommandLine(std::wstring_view arguments);
+
     /// The wait dialog, once it is there; null when none appears within `limit` or the process
     /// ends.
     HWND WaitForDialog(std::chrono::milliseconds limit = kWaitLimit) const;
