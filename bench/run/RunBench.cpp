@@ -95,6 +95,28 @@ void Compare(const char* what, double (*measure)(const Program&), const Program&
 
 } // namespace
 
+// So many windows that the search outweighs the start of the process; the one searched for is the
+// last.
+void CompareSearch()
+{
+    constexpr int kWindows = 2000;
+    const HostWindow last({L"QuilletBenchLast", L"Akte 4711 - Editor"});
+    ::SetWindowPos(last.Handle(), HWND_BOTTOM, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    std::vector<HWND> windows;
+    for (int i = 0; i < kWindows; ++i)
+    {
+        windows.push_back(::CreateWindowExW(0, L"STATIC", L"Eins von vielen - Editor", WS_POPUP, 0,
+                                            0, 1, 1, nullptr, nullptr, nullptr, nullptr));
+    }
+    Compare("search in 2,000 windows", &WholeRun, {L"bare_search.exe", L""},
+            {L"quillet.exe", L" -nodlg -seaglob -nam=\"Akte [0-9]* - Editor\" -kla=Quillet*Last"});
+    for (const HWND window : windows)
+    {
+        ::DestroyWindow(window);
+    }
+}
+
 int wmain()
 {
     const HostWindow host({L"QuilletBenchHost", L"Host"});
@@ -106,5 +128,6 @@ int wmain()
     Compare("run with a URL", &WholeRun, kBareNotify,
             {L"quillet.exe", L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\""});
     Compare("answer to end", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
+    CompareSearch();
     return 0;
 }
