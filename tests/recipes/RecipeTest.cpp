@@ -43,6 +43,14 @@ std::string ContentOf(const std::filesystem::path& file)
     return content.str();
 }
 
+void Replace(std::string& text, std::string_view from, std::string_view to)
+{
+    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
+    {
+        text.replace(at, from.size(), to);
+    }
+}
+
 /// Runs a command line as cmd does, with its output in a file.
 Outcome RunInCmd(const std::wstring& commandLine)
 {
@@ -51,7 +59,8 @@ Outcome RunInCmd(const std::wstring& commandLine)
     const std::filesystem::path output = BuiltProgram(L"recipes").append(L"output.txt");
     const Process cmd(std::filesystem::path(system) / L"cmd.exe",
                       L"cmd /c \"" + commandLine + L" > " + Quoted(output.wstring()) + L'"');
-    const auto exitCode = cmd.WaitForExit();
+    constexpr std::chrono::seconds kLimit{60}; // the interpreters of recipes take long to start
+    const auto exitCode = cmd.WaitForExit(kLimit);
     return {exitCode, ContentOf(output)};
 }
 
@@ -90,6 +99,42 @@ protected:
         ::SetEnvironmentVariableW(L"QUILLET", BuiltProgram(L"quillet.exe").c_str());
     }
 };
+
+/// Opens a file or link as a double click does; a link's exit code reaches nobody.
+void Open(const std::wstring& what)
+{
+    SHELLEXECUTEINFOW info{};
+    info.cbSize = sizeof(info);
+    info.lpFile = what.c_str();
+    info.nShow = SW_SHOWNORMAL;
+    EXPECT_TRUE(::ShellExecuteExW(&info));
+}
+
+/// The answer has been posted; without it the program would still wait.
+void ExpectDialogGone()
+{
+    EXPECT_TRUE(WaitUntil(
+        [] { return ::FindWindowW(nullptr, L"Orvane Anwendungsweiterleitung") == nullptr; }));
+}
+
+/// A registry file of the recipe, with the program's path as its user has to put it in, taken into
+/// the registry.
+void ImportWithPath(const wchar_t* name)
+{
+    std::string content = ContentOf(RecipePath(name));
+    std::string path = BuiltProgram(L"quillet.exe").string();
+    Replace(path, "\\", R"(\\)");
+    Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
+    // Wine 8 looks for schemes among the machine's classes only, Windows among the user's as well.
+    if (::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr)
+    {
+        Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");
+    }
+    const std::wstring file = RecipePath(L"import.reg");
+    std::ofstream(std::filesystem::path(file), std::ios::binary) << content;
+    const Outcome outcome = RunInCmd(L"reg import " + Quoted(file));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
+}
 
 /// Recipes in several languages that do the same: how each is started.
 class SendTextRecipe : public Recipe, public testing::WithParamInterface<const wchar_t*>
@@ -165,16 +210,45 @@ TEST_F(Recipe, ShortcutSendsItsText)
     ASSERT_EQ(creation.exitCode, 0) << creation.output;
 
     const RecipeHost host;
-    SHELLEXECUTEINFOW info{};
-    info.cbSize = sizeof(info);
-    info.lpFile = shortcut.c_str();
-    info.nShow = SW_SHOWNORMAL;
-    ASSERT_TRUE(::ShellExecuteExW(&info));
+    Open(shortcut);
     host.ExpectText();
-    // The answer has been posted; without it the program would still wait.
-    EXPECT_TRUE(WaitUntil(
-        [] { return ::FindWindowW(nullptr, L"Orvane Anwendungsweiterleitung") == nullptr; }));
+    ExpectDialogGone();
     std::filesystem::remove(shortcut);
+}
+
+/// The address of the page's link whose text is the recipes' one.
+std::wstring LinkOfThePage()
+{
+    const std::string page = ContentOf(RecipePath(L"url-scheme\\links.html"));
+    const size_t end = page.find("\">Vorgang 4711</a>");
+    const size_t begin = page.rfind("href=\"", end);
+    if (end == page.npos || begin == page.npos)
+    {
+        ADD_FAILURE() << "the page has no such link";
+        return {};
+    }
+    const size_t first = begin + std::strlen("href=\"");
+    std::string link = page.substr(first, end - first);
+    Replace(link, "&amp;", "&");
+    return {link.begin(), link.end()};
+}
+
+TEST_F(Recipe, LinkReachesTheHostWhileItsSchemeIsRegistered)
+{
+    const std::wstring link = LinkOfThePage();
+    ASSERT_FALSE(link.empty());
+    ImportWithPath(L"url-scheme\\register.reg");
+    ASSERT_FALSE(HasFailure());
+    {
+        const RecipeHost host;
+        Open(link);
+        host.ExpectText();
+        ExpectDialogGone();
+    }
+    ImportWithPath(L"url-scheme\\unregister.reg");
+    HKEY scheme = nullptr;
+    EXPECT_EQ(::RegOpenKeyExW(HKEY_CLASSES_ROOT, L"orvane-demo", 0, KEY_READ, &scheme),
+              ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(Recipe, CallerPassesTheCommandLineOnUnchanged)
