@@ -2,9 +2,9 @@
 # A virtual desktop for Windows programs: display, window manager and a fresh Wine prefix. For sourcing:
 #
 #   desktop_start            a desktop of its own; afterwards DISPLAY, WINEPREFIX and the like are set
-#   desktop_stop             ends everything in it; also done on every way out of the shell
 #   interruptible COMMAND…   runs a command so that a signal to the script ends it at once
 #
+# Whatever way the script that sources this ends, what was started here ends with it.
 # Several desktops can exist side by side: each takes a free display number and a Wine prefix in a new folder.
 # Let Wine programs write into files, never into pipes: Wine's services inherit a pipe and hold it open.
 
@@ -45,9 +45,6 @@ wait_until()
 
 desktop_start()
 {
-  trap desktop_stop EXIT
-  trap 'exit 130' INT
-  trap 'exit 143' TERM HUP
   desktop_folder=$(mktemp -d "${TMPDIR:-/tmp}/quillet-desktop.XXXXXXXX")
 
   # With -displayfd the server looks for a free number itself and writes it when it is ready.
@@ -61,7 +58,8 @@ desktop_start()
 
   # The distribution's settings, whatever the user's own are, but without hot keys (all keys belong to the programs)
   # and with the buttons of a dialog's title bar only, which leave room for the title.
-  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
+  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' \
+    /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
   openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$desktop_folder/openbox.log" 2>&1 &
   desktop_processes+=($!)
   # A question that only a window manager which is ready lets succeed.
@@ -86,6 +84,7 @@ desktop_scale()
   wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >"$desktop_folder/reg.log" 2>&1
 }
 
+# Ends what runs, the desktop included.
 desktop_stop()
 {
   local result=$?
@@ -109,3 +108,7 @@ desktop_stop()
   desktop_folder=
   return "$result"
 }
+
+trap desktop_stop EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
