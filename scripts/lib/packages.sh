@@ -8,7 +8,8 @@ packages_build=(cmake ninja-build g++-mingw-w64-x86-64-posix python3 googletest)
 # Running it on a virtual desktop: Wine and what it loads at run time for text, pointers and screens, a display
 # server, a window manager (without one there is no activation and no keyboard focus), tools to press, paint and look.
 packages_desktop=(
-  wine wine64 fonts-wine fonts-liberation libxrender1 libxcursor1 libxi6 libxrandr2 libxcomposite1 libxinerama1
+  wine wine64 fonts-wine fonts-liberation fonts-dejavu-core
+  libxrender1 libxcursor1 libxi6 libxrandr2 libxcomposite1 libxinerama1
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
 # Building and running the tests, the native ones with sanitizers and fuzzer, and the benchmarks.
