@@ -70,6 +70,8 @@ desktop_start()
   # No questions about optional components, no debugger that prints a page when a program crashes, no
   # entries in the user's own menus.
   export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d'
+  # Wine's server keeps its socket there, and would leave the folder behind.
+  export TMPDIR=$desktop_folder
   # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
   export LC_ALL=C.UTF-8
   mkdir "$WINEPREFIX"

@@ -59,12 +59,12 @@ mkdir -p "$root/build"
 echo "setup: installing ${missing[*]}; details in build/setup.log"
 apt update || true # one broken source among several is no reason to stop
 if ! apt install --no-install-recommends "${missing[@]}"; then
-  tail -n 5 "$log" >&2
   if grep -qE 'Could not resolve|Failed to fetch|Could not connect|Connection (failed|timed out)' "$log"; then
     fail "the Debian mirror cannot be reached: this machine needs a network for the first run, see build/setup.log"
   elif grep -q 'Unable to locate package' "$log"; then
     fail "the package sources of this machine do not have all packages: the lists in /etc/apt must name" \
       "Debian 12 (main) or newer, see build/setup.log"
   fi
+  tail -n 5 "$log" >&2
   fail "apt-get could not install the packages, its reasons are in build/setup.log"
 fi
