@@ -55,11 +55,12 @@ TEST(PatternSearch, FindsByTextByClassAndByBoth)
     EXPECT_EQ(ReceivedCount(host), 3u);
 }
 
+// Hidden ones, so that no window manager that has just focused one of them raises it meanwhile.
 TEST(PatternSearch, TakesTheWindowHigherInTheZOrder)
 {
     const std::wstring title = UniqueName(L"Twin");
-    const HostWindow one({UniqueName(L"Host"), title + L" one"});
-    const HostWindow other({UniqueName(L"Host"), title + L" other"});
+    const HostWindow one({UniqueName(L"Host"), title + L" one", WS_OVERLAPPEDWINDOW});
+    const HostWindow other({UniqueName(L"Host"), title + L" other", WS_OVERLAPPEDWINDOW});
     for (const auto& [top, bottom] : {std::pair(&one, &other), std::pair(&other, &one)})
     {
         const size_t before = ReceivedCount(*bottom);
