@@ -10,6 +10,12 @@ namespace
 /// The dialog whose window the platform is creating. Its first message names the window.
 CDialog* dialogBeingCreated = nullptr;
 
+/// The keys that the platform's keyboard handling takes for Enter.
+bool PressesDefaultButton(WPARAM key)
+{
+    return key == VK_RETURN || key == VK_EXECUTE;
+}
+
 bool HasDialogCode(HWND control, LRESULT code)
 {
     return (::SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
@@ -102,7 +108,7 @@ BOOL CDialog::PreTranslateMessage(MSG* message)
     {
         return FALSE;
     }
-    if (message->message == WM_KEYDOWN && message->wParam == VK_RETURN)
+    if (message->message == WM_KEYDOWN && PressesDefaultButton(message->wParam))
     {
         PrepareForEnter();
     }

@@ -1,0 +1,78 @@
+#include "tests/support/RealInput.h"
+
+#include "tests/support/Waiting.h"
+
+#include <vector>
+
+namespace
+{
+
+INPUT Key(WORD key, DWORD flags)
+{
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+/// A pixel's coordinate in the 65,536 steps that the input queue divides the screen into.
+LONG InScreenSteps(LONG pixel, int screenSize)
+{
+    constexpr LONG kSteps = 65536;
+    return (pixel * kSteps + kSteps / 2) / screenSize;
+}
+
+void SendMouseButton(DWORD button, POINT onScreen)
+{
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = InScreenSteps(onScreen.x, ::GetSystemMetrics(SM_CXSCREEN));
+    input.mi.dy = InScreenSteps(onScreen.y, ::GetSystemMetrics(SM_CYSCREEN));
+    input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
+    ::SendInput(1, &input, sizeof(input));
+}
+
+} // namespace
+
+bool WaitForForeground(HWND window)
+{
+    return WaitUntil([window] {
+        return ::GetForegroundWindow() == window || (::SetForegroundWindow(window), false);
+    });
+}
+
+void PressKey(WORD key, WORD modifier)
+{
+    std::vector<INPUT> inputs{Key(key, 0), Key(key, KEYEVENTF_KEYUP)};
+    if (modifier != 0)
+    {
+        inputs.insert(inputs.begin(), Key(modifier, 0));
+        inputs.push_back(Key(modifier, KEYEVENTF_KEYUP));
+    }
+    ::SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+void PressMouseAt(POINT onScreen)
+{
+    SendMouseButton(MOUSEEVENTF_LEFTDOWN, onScreen);
+}
+
+void ReleaseMouseAt(POINT onScreen)
+{
+    SendMouseButton(MOUSEEVENTF_LEFTUP, onScreen);
+}
+
+void ClickAt(POINT onScreen)
+{
+    PressMouseAt(onScreen);
+    ReleaseMouseAt(onScreen);
+}
+
+POINT CentreOf(HWND window)
+{
+    RECT area{};
+    ::GetWindowRect(window, &area);
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
