@@ -10,15 +10,16 @@ namespace
 /// The dialog whose window the platform is creating. Its first message names the window.
 CDialog* dialogBeingCreated = nullptr;
 
-/// The keys that the platform's keyboard handling takes for Enter.
-bool PressesDefaultButton(WPARAM key)
+/// The platform's keyboard handling takes the Execute key for Enter.
+bool MeansEnter(WPARAM key)
 {
     return key == VK_RETURN || key == VK_EXECUTE;
 }
 
-bool HasDialogCode(HWND control, LRESULT code)
+bool IsPushButton(HWND control)
 {
-    return (::SendMessageW(control, WM_GETDLGCODE, 0, 0) & code) != 0;
+    constexpr LRESULT kPushButton = DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON;
+    return (::SendMessageW(control, WM_GETDLGCODE, 0, 0) & kPushButton) != 0;
 }
 
 } // namespace
@@ -108,28 +109,25 @@ BOOL CDialog::PreTranslateMessage(MSG* message)
     {
         return FALSE;
     }
-    if (message->message == WM_KEYDOWN && PressesDefaultButton(message->wParam))
+    if (message->message == WM_KEYDOWN && MeansEnter(message->wParam))
     {
-        PrepareForEnter();
+        PressButton();
+        return TRUE;
     }
     return ::IsDialogMessageW(m_hWnd, message);
 }
 
-// When the focus is not on a default push button, the platform's keyboard handling asks the dialog
-// for its default command by sending it WM_USER + 0, a message that belongs to the dialog's own
-// range. So that Enter always means the button with the focus, that button is made the default one
-// first; and when no button has the focus (after a click beside it, say), the first one gets it.
-void CDialog::PrepareForEnter()
+// Enter means the button with the focus, or the first one when none has it (after a click beside
+// it, or while the dialog is minimised). The platform's own handling is passed over on purpose:
+// whenever the focus is not on a default push button it asks the dialog for its default command by
+// sending it WM_USER + 0, a message that belongs to the dialog's own range.
+void CDialog::PressButton()
 {
     HWND button = ::GetFocus();
-    if (!::IsChild(m_hWnd, button) ||
-        !HasDialogCode(button, DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON))
+    if (!::IsChild(m_hWnd, button) || !IsPushButton(button))
     {
         button = ::GetNextDlgTabItem(m_hWnd, nullptr, FALSE);
-        ::SetFocus(button);
     }
-    if (HasDialogCode(button, DLGC_UNDEFPUSHBUTTON))
-    {
-        ::SendMessageW(button, BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
-    }
+    SendMessage(WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(button), BN_CLICKED),
+                reinterpret_cast<LPARAM>(button));
 }

@@ -39,7 +39,7 @@ protected:
 private:
     static INT_PTR CALLBACK DialogProc(HWND hwnd, UINT message, WPARAM wParam,
                                        LPARAM lParam) noexcept;
-    void PrepareForEnter();
+    void PressButton();
 
     UINT m_idTemplate;
     CWnd* m_parent;
