@@ -15,6 +15,14 @@ const wchar_t* PlainClass()
     return MAKEINTATOM(kAtom);
 }
 
+constexpr UINT kLongestWait = 10'000; // milliseconds
+
+void CALLBACK EndWait(HWND, UINT, UINT_PTR, DWORD) noexcept
+{
+    ADD_FAILURE() << "Waits for ever";
+    ::PostQuitMessage(0);
+}
+
 } // namespace
 
 BEGIN_MESSAGE_MAP(TestApp, CWinApp)
@@ -28,8 +36,11 @@ PlainWindow::PlainWindow(DWORD style, const CWnd* parent)
                                      ::GetModuleHandleW(nullptr), nullptr));
 }
 
+WindowTest::WindowTest() : m_watchdog(::SetTimer(nullptr, 0, kLongestWait, &EndWait)) {}
+
 WindowTest::~WindowTest()
 {
+    ::KillTimer(nullptr, m_watchdog);
     DrainQueue();
 }
 

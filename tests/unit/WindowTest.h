@@ -29,13 +29,18 @@ public:
 };
 
 /// For tests with real windows: an application object, which the framework's windows rely on, and
-/// a message queue that is empty before and after.
+/// a message queue that is empty before and after. A wait that lasts for ever ends as if the thread
+/// had been asked to quit, and fails the test.
 class WindowTest : public ::testing::Test
 {
 protected:
+    WindowTest();
     ~WindowTest() override;
 
     TestApp m_app;
+
+private:
+    UINT_PTR m_watchdog;
 };
 
 /// Takes every message out of the thread's queue without dispatching it; whether WM_QUIT was among
