@@ -1,6 +1,9 @@
 // The fakes, and the import pointers that lead to them. The product calls the platform through
 // pointers that the linker normally takes from the import libraries; an object that defines them
 // comes first. The product is linked as it is shipped and knows nothing of it.
+//
+// Names and parameters are the linker's and the platform's.
+// NOLINTBEGIN(bugprone-reserved-identifier,bugprone-macro-parentheses,readability-identifier-naming,readability-non-const-parameter)
 #include "tests/scripted/ScriptedPlatform.h"
 
 #include <cstdlib>
@@ -532,3 +535,4 @@ REPLACE_IMPORT(TranslateMessage);
 REPLACE_IMPORT(WideCharToMultiByte);
 void* (*__imp__recalloc)(void*, size_t, size_t) = &FakeRecalloc;
 }
+// NOLINTEND(bugprone-reserved-identifier,bugprone-macro-parentheses,readability-identifier-naming,readability-non-const-parameter)

@@ -26,14 +26,14 @@ protected:
     BOOL OnInitDialog() override
     {
         const BOOL result = CDialog::OnInitDialog();
-        events.push_back(Control(IDCANCEL) != nullptr ? "init" : "init without controls");
+        events.emplace_back(Control(IDCANCEL) != nullptr ? "init" : "init without controls");
         onInit();
         return result;
     }
     void DoDataExchange(CDataExchange* exchange) override
     {
         CDialog::DoDataExchange(exchange);
-        events.push_back(exchange->m_bSaveAndValidate ? "save" : "load");
+        events.emplace_back(exchange->m_bSaveAndValidate ? "save" : "load");
     }
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
     {
@@ -44,7 +44,7 @@ protected:
         // The platform's own requests for the default command, of which none may come.
         if (message == WM_USER)
         {
-            events.push_back("WM_USER");
+            events.emplace_back("WM_USER");
         }
         return CDialog::WindowProc(message, wParam, lParam);
     }
@@ -116,8 +116,8 @@ struct EndRow
 {
     const char* reason;
     UINT message;
-    WPARAM wParam;
     int result;
+    WPARAM wParam;
     Events events;
 };
 
@@ -126,10 +126,10 @@ TEST_F(CDialogTest, ButtonsKeysAndCaptionEndTheLoop)
     const EndRow rows[] = {
         {"OK", WM_COMMAND, IDOK, IDOK, {"load", "init", "save"}},
         {"Cancel", WM_COMMAND, IDCANCEL, IDCANCEL, {"load", "init"}},
-        {"Escape", WM_KEYDOWN, VK_ESCAPE, IDCANCEL, {"load", "init"}},
-        {"close", WM_CLOSE, 0, IDCANCEL, {"load", "init"}},
-        {"caption", WM_SYSCOMMAND, SC_CLOSE, IDCANCEL, {"load", "init"}},
-        {"Enter on Cancel", WM_KEYDOWN, VK_RETURN, IDCANCEL, {"load", "init"}},
+        {"Escape", WM_KEYDOWN, IDCANCEL, VK_ESCAPE, {"load", "init"}},
+        {"close", WM_CLOSE, IDCANCEL, 0, {"load", "init"}},
+        {"caption", WM_SYSCOMMAND, IDCANCEL, SC_CLOSE, {"load", "init"}},
+        {"Enter on Cancel", WM_KEYDOWN, IDCANCEL, VK_RETURN, {"load", "init"}},
     };
     for (const EndRow& row : rows)
     {

@@ -10,13 +10,13 @@ public:
 
     BOOL InitInstance() override
     {
-        m_steps.push_back("InitInstance");
+        m_steps.emplace_back("InitInstance");
         return FALSE;
     }
     int ExitInstance() override
     {
         CWinApp::ExitInstance();
-        m_steps.push_back(m_pMainWnd == nullptr ? "ExitInstance" : "ExitInstance with a window");
+        m_steps.emplace_back(m_pMainWnd == nullptr ? "ExitInstance" : "ExitInstance with a window");
         return -7;
     }
 
@@ -34,7 +34,7 @@ protected:
     {
         if (message == WM_DESTROY)
         {
-            m_steps.push_back("WM_DESTROY");
+            m_steps.emplace_back("WM_DESTROY");
         }
         return PlainWindow::WindowProc(message, wParam, lParam);
     }

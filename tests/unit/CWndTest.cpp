@@ -98,9 +98,9 @@ public:
 protected:
     DECLARE_MESSAGE_MAP()
 
-    void OnSysCommand(UINT, LPARAM) { handled.push_back("base's system command"); }
+    void OnSysCommand(UINT, LPARAM) { handled.emplace_back("base's system command"); }
     HCURSOR OnQueryDragIcon() { return reinterpret_cast<HCURSOR>(0x1234); }
-    void OnWindowCommand() { handled.push_back("window's command"); }
+    void OnWindowCommand() { handled.emplace_back("window's command"); }
 };
 
 BEGIN_MESSAGE_MAP(MappedBase, PlainWindow)
@@ -121,7 +121,7 @@ protected:
 
     void OnSysCommand(UINT command, LPARAM lParam)
     {
-        handled.push_back("derived class's system command");
+        handled.emplace_back("derived class's system command");
         lastParameter = lParam;
         SendMessage(kInner);
         if (command == 0x20)

@@ -106,17 +106,18 @@ TEST_F(ModalLoop, OuterOneEndedMeanwhileReturnsAfterTheInnerOne)
 {
     SteppingWindow inner;
     std::vector<std::string> order;
-    m_window.PostStep(
-        1, [&] { order.push_back("inner loop returns " + std::to_string(inner.RunModalLoop())); });
+    m_window.PostStep(1, [&] {
+        order.emplace_back("inner loop returns " + std::to_string(inner.RunModalLoop()));
+    });
     m_window.PostStep(2, [&] {
         m_window.EndModalLoop(2);
-        order.push_back("outer loop ended");
+        order.emplace_back("outer loop ended");
     });
     inner.PostStep(3, [&] {
-        order.push_back("inner loop ended");
+        order.emplace_back("inner loop ended");
         inner.EndModalLoop(3);
     });
-    order.push_back("outer loop returns " + std::to_string(m_window.RunModalLoop()));
+    order.emplace_back("outer loop returns " + std::to_string(m_window.RunModalLoop()));
     EXPECT_EQ((std::vector<std::string>{"outer loop ended", "inner loop ended",
                                         "inner loop returns 3", "outer loop returns 2"}),
               order);
