@@ -63,19 +63,32 @@ def clang_commands(build):
     return sources
 
 
-def own_files_read(path, arguments):
-    """The source and the headers of this repository that it includes, as clang finds them."""
-    told = subprocess.run(["clang++", "-MM", *arguments, str(path)], cwd=ROOT, capture_output=True, text=True)
-    names = told.stdout.replace("\\\n", " ").split()[1:] or [str(path)]
-    files = {pathlib.Path(ROOT, name).resolve() for name in names}
-    return sorted(file for file in files if file.is_relative_to(ROOT))
+@functools.cache
+def includes(file):
+    """The names that one file includes, in either kind of brackets."""
+    return re.findall(rb'^\s*#\s*include\s*["<]([^">]+)[">]', file.read_bytes(), re.MULTILINE)
+
+
+def own_files_read(source):
+    """The source and the headers of this repository that it includes, directly or not."""
+    read = {source}
+    to_look_at = [source]
+    while to_look_at:
+        file = to_look_at.pop()
+        for name in includes(file):
+            for folder in (ROOT, ROOT / "framework", file.parent):
+                header = (folder / name.decode()).resolve()
+                if header.is_file() and header not in read:
+                    read.add(header)
+                    to_look_at.append(header)
+    return sorted(read)
 
 
 def digest(path, arguments, ground):
-    """Names everything that a check's outcome depends on."""
+    """Names everything that a check's outcome depends on, wherever the repository lies."""
     known = hashlib.sha256(ground)
-    known.update("\0".join(arguments).encode())
-    for file in own_files_read(path, arguments):
+    known.update("\0".join(arguments).replace(str(ROOT), "").encode())
+    for file in own_files_read(path):
         known.update(str(file.relative_to(ROOT)).encode() + b"\0" + file.read_bytes())
     return known.hexdigest()
 
@@ -100,8 +113,8 @@ def main():
     for build in builds:
         sources = clang_commands(build) | sources
     version = subprocess.run(["clang-tidy", "--version"], capture_output=True, check=True).stdout
-    ground = version + b"".join(
-        rules.read_bytes() for rules in sorted(ROOT.glob(".clang-tidy")) + sorted(ROOT.glob("*/.clang-tidy")))
+    rules = [path for depth in (".", "*", "*/*") for path in sorted(ROOT.glob(f"{depth}/.clang-tidy"))]
+    ground = version + b"".join(path.read_bytes() for path in rules)
 
     failed = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
