@@ -75,9 +75,13 @@ desktop_start()
   # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
   export LC_ALL=C.UTF-8
   mkdir "$WINEPREFIX"
-  wineserver --persistent # so that it stays between the programs of one run
-  interruptible timeout 180 wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 ||
-    desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/wineboot.log")"
+  # The first program sets the folder up, reports, and stays until the desktop ends: Wine's services end with the last
+  # program, and the first window of every program after that would wait ten seconds for them in vain.
+  mkfifo "$desktop_folder/never"
+  wine cmd /c 'echo ready& set /p line=' <>"$desktop_folder/never" >"$desktop_folder/resident.log" 2>&1 &
+  desktop_processes+=($!)
+  wait_until 180 grep ready "$desktop_folder/resident.log" ||
+    desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/resident.log")"
 }
 
 # Text at this many dots per inch (96: as usual) for programs that start from now on: desktop_scale DPI

@@ -228,6 +228,8 @@ private:
     {
         if (m_row.host == Host::Answers)
         {
+            // The message can be here before the one who started the process knows its id.
+            WaitUntil([this] { return m_process != 0; });
             Answer(message.message == WM_COPYDATA
                        ? reinterpret_cast<HWND>(message.wParam)
                        : FindProcessWindow(m_process, nullptr, kCaption));
@@ -281,8 +283,7 @@ private:
         {
             return {};
         }
-        const HWND dialog = m_row.after == After::EndsAfterOneMessage ? MinimisedDialog(run)
-                                                                      : run.WaitForShownDialog();
+        const HWND dialog = WaitForDialog(run);
         if (dialog == nullptr)
         {
             return "there is no dialog to wait in";
@@ -302,12 +303,14 @@ private:
         return {};
     }
 
-    static HWND MinimisedDialog(const QuilletRun& run)
+    // Not for its focus: the dialogs that run side by side take it from each other.
+    HWND WaitForDialog(const QuilletRun& run) const
     {
+        const auto isThere =
+            m_row.after == After::EndsAfterOneMessage ? &::IsIconic : &::IsWindowVisible;
         const HWND dialog = run.WaitForDialog();
-        return dialog != nullptr && WaitUntil([&] { return ::IsIconic(dialog) != FALSE; })
-                   ? dialog
-                   : nullptr;
+        return dialog != nullptr && WaitUntil([&] { return isThere(dialog) != FALSE; }) ? dialog
+                                                                                        : nullptr;
     }
 
     std::string CheckMessages(const HostWindow& host) const
