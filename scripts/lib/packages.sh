@@ -15,6 +15,9 @@ packages_desktop=(
 # Building and running the tests, the native ones with sanitizers and fuzzer, and the benchmarks.
 packages_test=(clang libclang-rt-dev libbenchmark-dev)
 
+# Making the packages: pages from documents, the MSI.
+packages_package=(pandoc wixl msitools)
+
 # Checking format and style.
 packages_lint=(clang-format clang-tidy cppcheck shellcheck)
 

@@ -16,8 +16,8 @@ FILE_MARK = re.compile(r"^<!-- file: (\S+) -->$")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`]+)`")
 HEADING = re.compile(r"^#+ +(.*?) *$")
-PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|fuzz|res|runtime|scripts|target|"
-                  r"tests)/[\w./*-]*[\w/*-])")
+PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|fuzz|packaging|res|runtime|scripts|"
+                  r"target|tests)/[\w./*-]*[\w/*-])")
 
 
 def documents(root):
