@@ -78,6 +78,9 @@ END_MESSAGE_MAP()
 CQuilletApp::CQuilletApp() : m_nReturnCode(kResultCancelled)
 {
     EndAbnormallyOnUncaughtException();
+    // Whoever asks for a library by its name from now on, parts of the platform included, gets the
+    // system's own, never a file that somebody put beside the program.
+    ::SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
 }
 
 CQuilletApp::~CQuilletApp() = default;
