@@ -169,8 +169,8 @@ class Reproducible(WithFolder):
 class Msi(WithFolder):
     """On the desktop's fresh Windows, which every test leaves as it was."""
 
-    program_files = Path(os.environ["WINEPREFIX"]) / "drive_c/Program Files"
-    installed = program_files / "Quillet"
+    drive = Path(os.environ["WINEPREFIX"]) / "drive_c"
+    installed = drive / "Program Files/Quillet"
 
     def wine(self, *arguments, folder=None):
         """The exit code, or its lower eight bits; output goes to a file, since Wine's services hold a pipe open."""
@@ -181,8 +181,10 @@ class Msi(WithFolder):
     def output(self):
         return (self.folder / "output.txt").read_bytes().decode("cp1252")
 
-    def msiexec(self, action, msi):
-        return self.wine("msiexec", action, "Z:" + str(msi).replace("/", "\\"), "/qn")
+    def msiexec(self, action, msi, *properties):
+        """As the handbook rolls it out: silently, with a log."""
+        log, msi = ("Z:" + str(path).replace("/", "\\") for path in (self.folder / "msi.log", msi))
+        return self.wine("msiexec", action, msi, "/qn", "/norestart", "/l*v", log, *properties)
 
     def entries(self):
         """The names under which the program is in the list of installed ones."""
@@ -194,7 +196,7 @@ class Msi(WithFolder):
         return names
 
     def shortcuts(self):
-        return [path.name for path in Path(os.environ["WINEPREFIX"], "drive_c").rglob("Quillet*.lnk")]
+        return [path.name for path in self.drive.rglob("Quillet*.lnk")]
 
     def content_of_installation(self):
         return make_packages.files_in(self.installed)
@@ -203,11 +205,17 @@ class Msi(WithFolder):
         self.assertFalse(self.installed.exists())
         self.assertEqual(self.entries(), [])
         self.assertEqual(self.shortcuts(), [])
+        self.assertEqual(list(self.drive.glob("windows/Installer/*")), [])  # the installer's own copies
 
     def setUp(self):
         super().setUp()
         self.expect_nothing()
         self.msi = PACKAGES / f"{NAME}.msi"
+
+    def expect_right_checksums(self):
+        for line in (self.installed / "SHA256SUMS").read_text().splitlines():
+            checksum, name = line.split("  ")
+            self.assertEqual(hashlib.sha256((self.installed / name).read_bytes()).hexdigest(), checksum, name)
 
     def start_host(self, *options):
         log = self.folder / "host.txt"
@@ -228,11 +236,10 @@ class Msi(WithFolder):
     def test_installs_runs_and_goes_away_without_a_trace(self):
         self.assertEqual(self.msiexec("/i", self.msi), 0)
         self.assertEqual(self.content_of_installation(), expected_files())
-        for line in (self.installed / "SHA256SUMS").read_text().splitlines():
-            checksum, name = line.split("  ")
-            self.assertEqual(hashlib.sha256((self.installed / name).read_bytes()).hexdigest(), checksum, name)
+        self.expect_right_checksums()
         self.assertEqual(self.entries(), [f"Quillet {VERSION}"])
         self.assertEqual(self.shortcuts(), ["Quillet-Handbuch.lnk"])
+        self.assertGreater((self.folder / "msi.log").stat().st_size, 1000)
 
         # The recipe looks for the program where it is installed, unless told otherwise.
         os.environ.pop("QUILLET", None)
@@ -244,6 +251,16 @@ class Msi(WithFolder):
         host.kill()
         host.wait(LIMIT)
 
+        self.assertEqual(self.msiexec("/x", self.msi), 0)
+        self.expect_nothing()
+
+    def test_mends_what_was_damaged(self):
+        self.assertEqual(self.msiexec("/i", self.msi), 0)
+        (self.installed / "quillet.exe").unlink()
+        (self.installed / "examples/batch/send-text.cmd").write_text("damaged")
+        self.assertEqual(self.msiexec("/i", self.msi, "REINSTALL=ALL", "REINSTALLMODE=amus"), 0)
+        self.assertEqual(self.content_of_installation(), expected_files())
+        self.expect_right_checksums()
         self.assertEqual(self.msiexec("/x", self.msi), 0)
         self.expect_nothing()
 
