@@ -1,9 +1,11 @@
 // Measures whole runs beside bare programs that do the same, in turn in one run, and prints medians
-// and their ratio: from CreateProcessW to the end of the process, and from the host's post to the
-// end of the process.
+// and their ratio: from CreateProcessW to the end of the process, from the host's post to the end
+// of the process, and the memory that a waiting process has needed at most.
 #include "tests/support/HostWindow.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
+
+#include <psapi.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -48,19 +50,40 @@ double WholeRun(const Program& program)
     return Milliseconds(Clock::now() - begin).count();
 }
 
-double AnswerToEnd(const Program& program)
+constexpr int kAnswer = 5;
+
+/// The dialog of a process that shows it and waits.
+HWND WaitingDialog(const Process& process)
 {
-    constexpr int kAnswer = 5;
-    const Process process = Start(program);
     HWND dialog = nullptr;
     WaitUntil(
         [&] { return (dialog = FindProcessWindow(process.Id(), L"#32770", nullptr)) != nullptr; });
     WaitUntil([&] { return ::IsWindowVisible(dialog) && ::GetForegroundWindow() == dialog; });
     ::WaitForInputIdle(process.Handle(), INFINITE);
+    return dialog;
+}
+
+double AnswerToEnd(const Program& program)
+{
+    const Process process = Start(program);
+    const HWND dialog = WaitingDialog(process);
     const auto begin = Clock::now();
     ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
     RequireEnd(process, kAnswer);
     return Milliseconds(Clock::now() - begin).count();
+}
+
+double PeakMegabytes(const Program& program)
+{
+    constexpr double kMegabyte = 1e6;
+    const Process process = Start(program);
+    const HWND dialog = WaitingDialog(process);
+    PROCESS_MEMORY_COUNTERS counters{};
+    counters.cb = sizeof(counters);
+    ::GetProcessMemoryInfo(process.Handle(), &counters, sizeof(counters));
+    ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
+    RequireEnd(process, kAnswer);
+    return static_cast<double>(counters.PeakWorkingSetSize) / kMegabyte;
 }
 
 double Median(std::vector<double> values)
@@ -70,8 +93,8 @@ double Median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-void Compare(const char* what, double (*measure)(const Program&), const Program& bare,
-             const Program& quillet)
+void Compare(const char* what, const char* unit, double (*measure)(const Program&),
+             const Program& bare, const Program& quillet)
 {
     std::vector<double> bareTimes;
     std::vector<double> quilletTimes;
@@ -89,8 +112,8 @@ void Compare(const char* what, double (*measure)(const Program&), const Program&
     }
     const double bareMedian = Median(bareTimes);
     const double quilletMedian = Median(quilletTimes);
-    std::printf("%-28s bare %7.2f ms   quillet %7.2f ms   ratio %.3f   (%d pairs)\n", what,
-                bareMedian, quilletMedian, quilletMedian / bareMedian, kPairs);
+    std::printf("%-28s bare %7.2f %s   quillet %7.2f %s   ratio %.3f   (%d pairs)\n", what,
+                bareMedian, unit, quilletMedian, unit, quilletMedian / bareMedian, kPairs);
 }
 
 } // namespace
@@ -109,7 +132,7 @@ void CompareSearch()
         windows.push_back(::CreateWindowExW(0, L"STATIC", L"Eins von vielen - Editor", WS_POPUP, 0,
                                             0, 1, 1, nullptr, nullptr, nullptr, nullptr));
     }
-    Compare("search in 2,000 windows", &WholeRun, {L"bare_search.exe", L""},
+    Compare("search in 2,000 windows", "ms", &WholeRun, {L"bare_search.exe", L""},
             {L"quillet.exe", L" -nodlg -seaglob -nam=\"Akte [0-9]* - Editor\" -kla=Quillet*Last"});
     for (const HWND window : windows)
     {
@@ -122,12 +145,17 @@ int wmain()
     const HostWindow host({L"QuilletBenchHost", L"Host"});
     constexpr Program kBareNotify{L"bare_notify.exe", L""};
     constexpr Program kBareDialog{L"bare_dialog.exe", L""};
-    Compare("run, two bare programs", &WholeRun, kBareNotify, kBareNotify);
-    Compare("run with switches", &WholeRun, kBareNotify,
+    Compare("run, two bare programs", "ms", &WholeRun, kBareNotify, kBareNotify);
+    Compare("run with switches", "ms", &WholeRun, kBareNotify,
             {L"quillet.exe", L" -nodlg -msg=7 -kla=QuilletBenchHost"});
-    Compare("run with a URL", &WholeRun, kBareNotify,
+    Compare("run with a URL", "ms", &WholeRun, kBareNotify,
             {L"quillet.exe", L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\""});
-    Compare("answer to end", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
+    Compare("answer to end", "ms", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
+    // The longest URL takes the most: its expressions recurse once per character.
+    const std::wstring longUrl = L" -url=demo://open?a=" + std::wstring(32'000, L'x');
+    Compare("memory", "MB", &PeakMegabytes, kBareDialog, {L"quillet.exe", L""});
+    Compare("memory, longest URL", "MB", &PeakMegabytes, kBareDialog,
+            {L"quillet.exe", longUrl.c_str()});
     CompareSearch();
     return 0;
 }

@@ -21,6 +21,37 @@ bool HasFocus(HWND control)
            information.hwndFocus == control;
 }
 
+struct Wanted
+{
+    DWORD processId;
+    const wchar_t* className;
+    const wchar_t* text;
+    HWND found = nullptr;
+};
+
+// A walk from one window to the next would end early when the one it stands on goes away; the
+// platform's own enumeration works on a list made before.
+BOOL CALLBACK TakeIfWanted(HWND window, LPARAM parameter)
+{
+    auto& wanted = *reinterpret_cast<Wanted*>(parameter);
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    if (owner != wanted.processId)
+    {
+        return TRUE;
+    }
+    constexpr int kCapacity = 512;
+    wchar_t className[kCapacity] = L"";
+    wchar_t text[kCapacity] = L"";
+    ::GetClassNameW(window, className, kCapacity);
+    ::InternalGetWindowText(window, text, kCapacity);
+    const bool fits =
+        (wanted.className == nullptr || ::lstrcmpiW(className, wanted.className) == 0) &&
+        (wanted.text == nullptr || ::lstrcmpiW(text, wanted.text) == 0);
+    wanted.found = fits ? window : nullptr;
+    return !fits;
+}
+
 } // namespace
 
 QuilletRun::QuilletRun(std::wstring_view arguments) : Process(QuilletPath(), CommandLine(arguments))
@@ -65,15 +96,7 @@ int RunQuillet(std::wstring_view arguments)
 
 HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* text)
 {
-    for (HWND window = ::FindWindowExW(nullptr, nullptr, className, text); window != nullptr;
-         window = ::FindWindowExW(nullptr, window, className, text))
-    {
-        DWORD owner = 0;
-        ::GetWindowThreadProcessId(window, &owner);
-        if (owner == processId)
-        {
-            return window;
-        }
-    }
-    return nullptr;
+    Wanted wanted{processId, className, text};
+    ::EnumWindows(&TakeIfWanted, reinterpret_cast<LPARAM>(&wanted));
+    return wanted.found;
 }

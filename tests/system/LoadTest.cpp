@@ -16,6 +16,7 @@
 namespace
 {
 
+constexpr int kRequests = 1000;
 constexpr int kAtATime = 32;
 constexpr int kHighestAnswer = 4096;
 
@@ -103,15 +104,15 @@ bool HasOwnContent(const ReceivedMessage& message)
 }
 
 /// Runs the requests, kAtATime of them at once, and gives the exit code of each.
-std::vector<int> RunAll(int requests, const std::wstring& target)
+std::vector<int> RunAll(const std::wstring& target)
 {
-    std::vector<int> codes(static_cast<size_t>(requests));
+    std::vector<int> codes(kRequests);
     std::atomic<int> next{0};
     std::vector<std::jthread> callers;
     for (int caller = 0; caller < kAtATime; ++caller)
     {
         callers.emplace_back([&] {
-            for (int request = next++; request < requests; request = next++)
+            for (int request = next++; request < kRequests; request = next++)
             {
                 constexpr int kNone = 999999;
                 const QuilletRun run(ArgumentsOf(request, target));
@@ -124,34 +125,33 @@ std::vector<int> RunAll(int requests, const std::wstring& target)
     return codes;
 }
 
-void ExpectEachOnceWithItsOwnAnswer(int requests, const HostWindow& host,
-                                    const std::wstring& target)
+void ExpectEachOnceWithItsOwnAnswer(const HostWindow& host, const std::wstring& target)
 {
-    const std::vector<int> codes = RunAll(requests, target);
-    for (int request = 0; request < requests; ++request)
+    const std::vector<int> codes = RunAll(target);
+    for (int request = 0; request < kRequests; ++request)
     {
         EXPECT_EQ(codes[static_cast<size_t>(request)], ExitCodeOf(request))
             << "request " << request;
     }
     std::map<int, int> arrivals;
-    for (const ReceivedMessage& message : host.WaitForMessages(static_cast<size_t>(requests)))
+    for (const ReceivedMessage& message : host.WaitForMessages(kRequests))
     {
         ++arrivals[RequestIn(message)];
         EXPECT_TRUE(HasOwnContent(message)) << "request " << RequestIn(message);
     }
-    for (int request = 0; request < requests; ++request)
+    for (int request = 0; request < kRequests; ++request)
     {
         EXPECT_EQ(arrivals[request], 1) << "request " << request;
     }
 }
 
-TEST(Load, AThousandRequestsArriveOnceAndGetTheirOwnAnswers)
+TEST(Load, RequestsArriveOnceAndGetTheirOwnAnswers)
 {
     const HostWindow host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
-    ExpectEachOnceWithItsOwnAnswer(1000, host, L" -kla=" + host.ClassName());
+    ExpectEachOnceWithItsOwnAnswer(host, L" -kla=" + host.ClassName());
 }
 
-TEST(Load, PatternSearchFindsItsHostWhileWindowsComeAndGo)
+TEST(Load, SoTheyDoByPatternSearchWhileWindowsComeAndGo)
 {
     const HostWindow host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
     const std::jthread churn([](const std::stop_token& stop) {
@@ -161,7 +161,7 @@ TEST(Load, PatternSearchFindsItsHostWhileWindowsComeAndGo)
                                               nullptr, nullptr, nullptr, nullptr));
         }
     });
-    ExpectEachOnceWithItsOwnAnswer(150, host, L" -seaglob -kla=[L]" + host.ClassName().substr(1));
+    ExpectEachOnceWithItsOwnAnswer(host, L" -seaglob -kla=[L]" + host.ClassName().substr(1));
 }
 
 } // namespace

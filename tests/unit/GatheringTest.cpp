@@ -18,7 +18,7 @@
 namespace
 {
 
-// The checked build is some ten times slower, and the shipped one has the same logic.
+// The checked build is slower, and the shipped one has the same logic.
 #ifdef QUILLET_CHECKED
 constexpr int kRandomLines = 20'000;
 constexpr int kMutatedLines = 10'000;
