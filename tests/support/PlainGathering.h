@@ -74,7 +74,10 @@ void ReadNumber(const std::wstring& text, Number& field, bool& fits)
         ++i;
     }
     int base = 10;
-    if (UnitAt(text, i) == L'0')
+    // A prefix without digits is a zero and an "x" behind it: so this C library reads it, while the
+    // language's standard has it read nothing.
+    bool hasDigits = UnitAt(text, i) == L'0';
+    if (hasDigits)
     {
         const bool isHexadecimal = Lower(UnitAt(text, i + 1)) == L'x';
         base = isHexadecimal ? 16 : 8;
@@ -82,7 +85,6 @@ void ReadNumber(const std::wstring& text, Number& field, bool& fits)
     }
     constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<Number>::max());
     std::uint64_t value = 0;
-    bool hasDigits = false;
     for (; i < text.size() && HexValue(text[i]) >= 0 && HexValue(text[i]) < base; ++i)
     {
         hasDigits = true;

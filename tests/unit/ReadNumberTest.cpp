@@ -39,6 +39,10 @@ constexpr Row kRows[] = {
     {L"1.9", 1},
     {L"1e3", 1},
     {L"0b11", 0},
+#ifdef __MINGW32__
+    {L"0x", 0}, // by the standard nothing, which is what other C libraries read
+    {L"-0xg", 0},
+#endif
     {L"1'000", 1},
     {L"12 34", 12},
     {L"", kUnchanged},
