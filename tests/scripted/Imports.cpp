@@ -247,7 +247,7 @@ HWND WINAPI FakeCreateDialogParamW(HINSTANCE, LPCWSTR name, HWND owner, DLGPROC 
         return nullptr;
     }
     const HWND dialog = Platform().MakeDialog(idTemplate);
-    procedure(dialog, WM_INITDIALOG, 0, parameter);
+    Platform().answerToInitDialog = procedure(dialog, WM_INITDIALOG, 0, parameter);
     return dialog;
 }
 

@@ -44,6 +44,12 @@ TEST_F(QuilletDlg, GetsItsAboutEntryAndBothIcons)
                                 kIconsSet));
 }
 
+TEST_F(QuilletDlg, LeavesTheFirstFocusToThePlatform)
+{
+    Create();
+    EXPECT_EQ(TRUE, m_platform.answerToInitDialog);
+}
+
 TEST_F(QuilletDlg, WithoutSystemMenuGetsIconsOnly)
 {
     m_platform.hasSystemMenu = false;

@@ -34,17 +34,32 @@ Calls CopyDataSent(const char* waitDialog)
             ", dwData 0, 6 bytes: 61 0 62 0 63 0)"};
 }
 
+// Keeps what InitInstance said. Here nothing depends on it; with the vendor's framework, TRUE would
+// lead into a message loop that nobody ends.
+class AttentiveApp : public CQuilletApp
+{
+public:
+    BOOL said = TRUE;
+
+    BOOL InitInstance() override
+    {
+        said = CQuilletApp::InitInstance();
+        return said;
+    }
+};
+
 class Run : public ::testing::Test
 {
 protected:
     Run() { m_platform.found = m_target; }
 
-    /// The run's exit code. However the run ends, no window is left.
+    /// The run's exit code. However the run ends, no message loop is asked for and no window left.
     int ExitCode(const std::wstring& switches)
     {
         m_platform.commandLine = L"quillet.exe" + switches;
-        CQuilletApp app;
+        AttentiveApp app;
         const int code = AfxWinMain();
+        EXPECT_FALSE(app.said);
         EXPECT_TRUE(app.m_pMainWnd == nullptr || app.m_pMainWnd->m_hWnd == nullptr);
         EXPECT_FALSE(m_platform.IsWindow(m_dialog));
         return code;

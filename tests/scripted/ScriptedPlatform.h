@@ -99,6 +99,8 @@ public:
     void ForgetCalls() { m_calls.clear(); }
     /// Text of the last message box.
     std::wstring messageBoxText;
+    /// What the last dialog that was made said: whether the platform is to set the focus.
+    INT_PTR answerToInitDialog = -1;
     /// Messages that got a window's default processing.
     std::vector<UINT> defaulted;
 

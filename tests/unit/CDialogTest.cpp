@@ -75,15 +75,19 @@ TEST_F(CDialogTest, MissingTemplateMakesNoWindow)
     EXPECT_EQ(-1, TestDialog(999).DoModal());
 }
 
-// A failed creation must not leave the next window to be taken for the dialog.
-TEST_F(CDialogTest, NextDialogAfterAFailedCreationIsItsOwn)
+// A failed creation must not leave the next window that speaks to be taken for the dialog.
+TEST_F(CDialogTest, OtherDialogsAfterAFailedCreationAreTheirOwn)
 {
+    TestDialog earlier;
+    ASSERT_TRUE(earlier.Create(IDD_TEST));
     TestDialog failed;
     failed.Create(999);
-    TestDialog dialog;
-    ASSERT_TRUE(dialog.Create(IDD_TEST));
+    earlier.SendMessage(WM_NULL);
+    TestDialog later;
+    ASSERT_TRUE(later.Create(IDD_TEST));
     EXPECT_EQ(nullptr, failed.m_hWnd);
-    EXPECT_EQ(&dialog, CWnd::FromHandlePermanent(dialog.m_hWnd));
+    EXPECT_EQ(&earlier, CWnd::FromHandlePermanent(earlier.m_hWnd));
+    EXPECT_EQ(&later, CWnd::FromHandlePermanent(later.m_hWnd));
 }
 
 TEST_F(CDialogTest, IsOwnedByTheMainWindow)
