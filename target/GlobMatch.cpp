@@ -232,10 +232,11 @@ bool MatchVaryingSets(const wchar_t* text, const wchar_t* pattern, std::size_t l
     Row* here = &rows[0];
     Row* next = &rows[1];
 
-    // At the end of the text the end of the pattern matches, and the stars right before it.
+    // At the end of the text the end of the pattern matches, and the stars right before it. Not all
+    // of the pattern is stars: it has a set.
     std::size_t at = length;
     (*here)[at] = true;
-    while (at > 0 && pattern[at - 1] == L'*')
+    while (pattern[at - 1] == L'*')
     {
         (*here)[--at] = true;
     }

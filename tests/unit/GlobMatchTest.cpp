@@ -289,6 +289,7 @@ TEST(GlobMatch, GoingBackToTheLastStarOnlyWouldBeWrongForVaryingSets)
         {u"x-]y", u"*[0-9-]]y", 1}, // behind a range "-" is a member, so this end does not vary
         {u"aab]", u"*\\[a-]*", 0},  // neither does this: there is no set
         {u"a[a-]b", u"*\\[a-]*", 1},
+        {u"[a[*c", u"*\\[[-x-]*b]c", 1}, // the escaped "[" begins no range with the one behind it
     });
 }
 
