@@ -2,9 +2,7 @@
 
 const AFX_MSGMAP* CCmdTarget::GetThisMessageMap()
 {
-    static constexpr AFX_MSGMAP_ENTRY kEntries[] = {{0, 0, nullptr}};
-    static constexpr AFX_MSGMAP kMap{nullptr, kEntries};
-    return &kMap;
+    return nullptr; // the root of all classes handles nothing
 }
 
 const AFX_MSGMAP* CCmdTarget::GetMessageMap() const

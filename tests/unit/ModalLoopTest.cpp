@@ -52,6 +52,7 @@ TEST_F(ModalLoop, ReturnsTheResultThatEndedIt)
 
 TEST_F(ModalLoop, ResultGivenBeforeItIsNotSeen)
 {
+    EXPECT_FALSE(m_window.ContinueModal());
     m_window.EndModalLoop(1);
     m_window.PostStep(1, [this] { m_window.EndModalLoop(2); });
     EXPECT_EQ(2, m_window.RunModalLoop());

@@ -74,7 +74,14 @@ TEST(Recalloc, OverflowingProductFailsAndKeepsTheBlock)
     Block block = Filled(10);
     EXPECT_FALSE(Resized(block, Impossible(), 4));
     EXPECT_FALSE(Resized(block, 4, Impossible()));
+    EXPECT_FALSE(Resized(block, 4, Impossible() / 2 + 2)); // what is left of the product is 4
     EXPECT_EQ(10, std::count(block.get(), block.get() + 10, 'x'));
+}
+
+TEST(Recalloc, ElementsWithoutSizeAreNoOverflow)
+{
+    Block none;
+    EXPECT_TRUE(Resized(none, 10, 0));
 }
 
 TEST(Recalloc, WithoutMemoryFailsAndKeepsTheBlock)
