@@ -51,6 +51,18 @@ TEST_F(CWndTest, DetachesWhenThePlatformDestroysTheWindow)
     EXPECT_EQ(nullptr, window.m_hWnd);
 }
 
+// The procedure stays, and messages may come behind the last one.
+TEST_F(CWndTest, WindowThatHasLostItsObjectGetsDefaultProcessing)
+{
+    PlainWindow window;
+    const HWND hwnd = window.m_hWnd;
+    ::SendMessageW(hwnd, WM_NCDESTROY, 0, 0);
+    EXPECT_EQ(nullptr, window.m_hWnd);
+    ::SetWindowTextW(hwnd, L"Titel");
+    EXPECT_EQ(5, ::SendMessageW(hwnd, WM_GETTEXTLENGTH, 0, 0));
+    ::DestroyWindow(hwnd);
+}
+
 // Answers kProbe itself, passes the rest on, and records both.
 class RecordingWindow : public PlainWindow
 {
