@@ -47,9 +47,10 @@ desktop_start()
 {
   desktop_folder=$(mktemp -d "${TMPDIR:-/tmp}/quillet-desktop.XXXXXXXX")
 
-  # With -displayfd the server looks for a free number itself and writes it when it is ready.
+  # With -displayfd the server looks for a free number itself and writes it when it is ready. Without -noreset it would
+  # start anew whenever its last client leaves, and refuse the one that comes just then.
   local screen=${QUILLET_SCREEN:-1024x768x24}
-  Xvfb -displayfd 3 -screen 0 "$screen" -nolisten tcp 3>"$desktop_folder/display" >"$desktop_folder/xvfb.log" 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "$screen" -nolisten tcp -noreset 3>"$desktop_folder/display" >"$desktop_folder/xvfb.log" 2>&1 &
   desktop_processes+=($!)
   wait_until 30 test -s "$desktop_folder/display" ||
     desktop_fail "the display server does not start: $(tail -n 1 "$desktop_folder/xvfb.log")"
