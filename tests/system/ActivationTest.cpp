@@ -32,10 +32,14 @@ private:
     std::wstring m_className;
 };
 
-/// The window manager has its say in who is in front, and says it a little later.
+/// Whether the window gets to the front and stays there. The window manager has its say in it, and
+/// says it a little later: what it still has to say of one step must not arrive during the next.
 bool ComesToFront(HWND window)
 {
-    return WaitUntil([&] { return ::GetForegroundWindow() == window; });
+    constexpr std::chrono::milliseconds kSettled{200};
+    const auto isInFront = [window] { return ::GetForegroundWindow() == window; };
+    return WaitUntil(
+        [&] { return isInFront() && !WaitUntil([&] { return !isInFront(); }, kSettled); });
 }
 
 bool IsAbove(HWND upper, HWND lower)
