@@ -289,8 +289,13 @@ bool IsInMenuMode(HWND dialog)
 
 void OpenAndCloseSystemMenu(HWND dialog)
 {
-    PressKey(VK_SPACE, VK_MENU);
-    EXPECT_TRUE(WaitUntil([dialog] { return IsInMenuMode(dialog); }));
+    // The window manager may take the focus away just then, and the key is lost; so there are
+    // several attempts.
+    constexpr std::chrono::seconds kAttemptLimit{2};
+    EXPECT_TRUE(WaitUntil([&] {
+        PressKey(VK_SPACE, VK_MENU);
+        return WaitUntil([dialog] { return IsInMenuMode(dialog); }, kAttemptLimit);
+    }));
     ::SendMessageW(dialog, WM_CANCELMODE, 0, 0);
     EXPECT_TRUE(WaitUntil([dialog] { return !IsInMenuMode(dialog); }));
 }
