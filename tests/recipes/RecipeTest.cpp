@@ -1,9 +1,8 @@
 // The recipes that the handbook shows, run from their files against a host window.
 #include "tests/support/HostWindow.h"
+#include "tests/support/OpenByShell.h"
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
-
-#include <shellapi.h>
 
 #include <gtest/gtest.h>
 
@@ -100,23 +99,6 @@ protected:
     }
 };
 
-/// Opens a file or link as a double click does; a link's exit code reaches nobody.
-void Open(const std::wstring& what)
-{
-    SHELLEXECUTEINFOW info{};
-    info.cbSize = sizeof(info);
-    info.lpFile = what.c_str();
-    info.nShow = SW_SHOWNORMAL;
-    EXPECT_TRUE(::ShellExecuteExW(&info));
-}
-
-/// The answer has been posted; without it the program would still wait.
-void ExpectDialogGone()
-{
-    EXPECT_TRUE(WaitUntil(
-        [] { return ::FindWindowW(nullptr, L"Orvane Anwendungsweiterleitung") == nullptr; }));
-}
-
 /// A registry file of the recipe, with the program's path as its user has to put it in, taken into
 /// the registry.
 void ImportWithPath(const wchar_t* name)
@@ -210,9 +192,8 @@ TEST_F(Recipe, ShortcutSendsItsText)
     ASSERT_EQ(creation.exitCode, 0) << creation.output;
 
     const RecipeHost host;
-    Open(shortcut);
+    EXPECT_EQ(OpenByShell(shortcut), static_cast<int>(kAnswer));
     host.ExpectText();
-    ExpectDialogGone();
     std::filesystem::remove(shortcut);
 }
 
@@ -241,9 +222,8 @@ TEST_F(Recipe, LinkReachesTheHostWhileItsSchemeIsRegistered)
     ASSERT_FALSE(HasFailure());
     {
         const RecipeHost host;
-        Open(link);
+        EXPECT_EQ(OpenByShell(link), static_cast<int>(kAnswer));
         host.ExpectText();
-        ExpectDialogGone();
     }
     ImportWithPath(L"url-scheme\\unregister.reg");
     HKEY scheme = nullptr;

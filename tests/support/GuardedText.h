@@ -45,10 +45,7 @@ public:
     GuardedText(const GuardedText&) = delete;
     GuardedText& operator=(const GuardedText&) = delete;
 
-    const wchar_t* Get() const
-    {
-        return m_text;
-    }
+    const wchar_t* Get() const { return m_text; }
 
 private:
     static std::size_t PageSize()

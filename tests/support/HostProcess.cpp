@@ -1,5 +1,6 @@
 #include "tests/support/HostProcess.h"
 
+#include "tests/support/HostReport.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 
@@ -9,12 +10,23 @@ HostProcess::HostProcess(const std::wstring& className, const std::wstring& titl
               L"test_host \"" + className + L"\" \"" + title + L"\" " + words)
 {
     WaitUntil([&] {
-        m_window = FindProcessWindow(Id(), className.c_str(), nullptr);
+        const HWND window = FindProcessWindow(Id(), className.c_str(), nullptr);
+        m_window = Reported(window, kReportReady) > 0 ? window : nullptr;
         return m_window != nullptr || !IsRunning();
     });
 }
 
 bool HostProcess::WaitUntilReceived() const
 {
-    return WaitUntil([&] { return FindProcessWindow(Id(), nullptr, L"received") != nullptr; });
+    return WaitUntil([&] { return Reported(m_window, kReportReceived) > 0; });
+}
+
+bool HostProcess::WaitUntilAnswered() const
+{
+    return WaitUntil([&] { return Reported(m_window, kReportAnswered) > 0; });
+}
+
+size_t HostProcess::Activations() const
+{
+    return Reported(m_window, kReportActivated);
 }

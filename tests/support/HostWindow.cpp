@@ -1,17 +1,32 @@
 #include "tests/support/HostWindow.h"
 
+#include "tests/support/RunsUnderWine.h"
+
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace
 {
 
-/// Asks the host's thread to destroy its window. A registered message: no number that the program
-/// could send.
-UINT CloseMessage()
+/// Posted to the host's thread, not to a window, so that nothing the program sends can be taken for
+/// them. The thread takes one when all that it was doing before is done.
+enum ThreadMessage : UINT
 {
-    static const UINT message = ::RegisterWindowMessageW(L"QuilletTestHostClose");
-    return message;
+    kClose = WM_APP,
+    kAnswered,
+    kFocused,
+};
+
+void PostToOwnThread(ThreadMessage message)
+{
+    ::PostThreadMessageW(::GetCurrentThreadId(), message, 0, 0);
+}
+
+/// Wine asks a window this before it gives it the focus that comes from the window manager.
+bool IsFocusFromWindowManager(UINT message, LPARAM lParam)
+{
+    return message == WM_MOUSEACTIVATE && LOWORD(lParam) == HTMENU;
 }
 
 ReceivedMessage Copy(UINT message, WPARAM wParam, LPARAM lParam)
@@ -27,19 +42,30 @@ ReceivedMessage Copy(UINT message, WPARAM wParam, LPARAM lParam)
     return received;
 }
 
+/// What a caller sends; the platform's registered messages lie in between.
+bool IsRequest(UINT message)
+{
+    constexpr UINT kFirstRegistered = 0xC000;
+    return message == WM_COPYDATA || (message >= WM_USER && message < kFirstRegistered) ||
+           message >= 0x10000;
+}
+
 } // namespace
 
 HostWindow::HostWindow(HostOptions options, Script script)
     : m_options(std::move(options)), m_script(std::move(script)),
       m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { Run(); })
 {
-    ::WaitForSingleObject(m_ready, INFINITE);
+    constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
+    if (::WaitForSingleObject(m_ready, static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
+    {
+        throw std::runtime_error("the host's window does not appear");
+    }
 }
 
 HostWindow::~HostWindow()
 {
-    // Posted to the thread, so that it also ends when the window is gone already.
-    ::PostThreadMessageW(m_threadId, CloseMessage(), 0, 0);
+    ::PostThreadMessageW(m_threadId, kClose, 0, 0);
     m_thread.join();
     ::CloseHandle(m_ready);
 }
@@ -61,16 +87,37 @@ void HostWindow::Run()
     ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
     m_threadId = ::GetCurrentThreadId();
     ::SetEvent(m_ready);
-    while (::GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != CloseMessage())
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0)
     {
-        ::TranslateMessage(&message);
-        ::DispatchMessageW(&message);
+        if (message.hwnd != nullptr)
+        {
+            ::TranslateMessage(&message);
+            ::DispatchMessageW(&message);
+        }
+        else if (message.message == kClose)
+        {
+            break;
+        }
+        else
+        {
+            Note(message.message);
+        }
     }
     if (::IsWindow(m_window))
     {
         ::DestroyWindow(m_window);
     }
     ::UnregisterClassW(m_options.className.c_str(), module);
+}
+
+void HostWindow::Note(UINT threadMessage)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_answered += threadMessage == kAnswered ? 1 : 0;
+        m_focused = m_focused || threadMessage == kFocused;
+    }
+    m_changed.notify_all();
 }
 
 LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -81,10 +128,19 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam,
         ::SetWindowLongPtrW(window, GWLP_USERDATA,
                             reinterpret_cast<LONG_PTR>(creation.lpCreateParams));
     }
+    if (IsFocusFromWindowManager(message, lParam))
+    {
+        PostToOwnThread(kFocused);
+    }
     auto* host = reinterpret_cast<HostWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
     if (host != nullptr && host->Records(message))
     {
-        if (const auto result = host->Handle(window, Copy(message, wParam, lParam)))
+        const auto result = host->Handle(window, Copy(message, wParam, lParam));
+        if (IsRequest(message))
+        {
+            PostToOwnThread(kAnswered);
+        }
+        if (result)
         {
             return *result;
         }
@@ -94,9 +150,7 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam,
 
 bool HostWindow::Records(UINT message) const
 {
-    constexpr UINT kFirstRegistered = 0xC000;
-    return message == WM_COPYDATA || (message >= WM_USER && message < kFirstRegistered) ||
-           message >= 0x10000 ||
+    return IsRequest(message) ||
            std::ranges::find(m_options.alsoRecord, message) != m_options.alsoRecord.end();
 }
 
@@ -106,7 +160,7 @@ std::optional<LRESULT> HostWindow::Handle(HWND window, const ReceivedMessage& me
         const std::scoped_lock lock(m_mutex);
         m_received.push_back(message);
     }
-    m_arrived.notify_all();
+    m_changed.notify_all();
     const auto result = m_script ? m_script(window, message) : std::nullopt;
     return !result && message.message == WM_COPYDATA ? 1 : result;
 }
@@ -121,8 +175,24 @@ std::vector<ReceivedMessage> HostWindow::WaitForMessages(size_t count,
                                                          std::chrono::milliseconds limit) const
 {
     std::unique_lock lock(m_mutex);
-    m_arrived.wait_for(lock, limit, [&] { return m_received.size() >= count; });
+    m_changed.wait_for(lock, limit, [&] { return m_received.size() >= count; });
     return m_received;
+}
+
+bool HostWindow::WaitForAnswers(size_t count, std::chrono::milliseconds limit) const
+{
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, limit, [&] { return m_answered >= count; });
+}
+
+bool HostWindow::WaitForFocus() const
+{
+    if (!RunsUnderWine())
+    {
+        return true;
+    }
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, kWaitLimit, [&] { return m_focused; });
 }
 
 HostWindow::Script AnswerWith(UINT n)

@@ -39,6 +39,10 @@ struct HostOptions
 
 /// A host application's window on a thread of its own, with a scripted answer and a record of what
 /// arrived. Seen from the program under test it belongs to another process.
+///
+/// The waits stand for different moments, and what a test may do next depends on which: a message
+/// that has *arrived* is perhaps still being handled, and its sender waits; when it is *answered*,
+/// the sender has its result.
 class HostWindow
 {
 public:
@@ -47,7 +51,8 @@ public:
     /// default processing.
     using Script = std::function<std::optional<LRESULT>(HWND host, const ReceivedMessage& message)>;
 
-    /// Returns when the window exists (and is shown, if it is to be).
+    /// Returns when the window exists (and is shown, if it is to be) and its thread handles
+    /// messages. Throws std::runtime_error when that takes longer than kWaitLimit.
     explicit HostWindow(HostOptions options, Script script = {});
     /// Destroys the window, if it still exists, and ends the thread.
     ~HostWindow();
@@ -61,13 +66,22 @@ public:
     /// What has arrived so far, in order.
     std::vector<ReceivedMessage> Received() const;
     /// Waits until at least `count` messages have arrived; gives what has arrived then, or by the
-    /// limit.
+    /// limit. The last of them may still be in its handler.
     std::vector<ReceivedMessage>
     WaitForMessages(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
+    /// Waits until at least `count` requests (WM_COPYDATA and everything from WM_USER up) have been
+    /// handled to the end, so that their senders have the result. False when they have not by the
+    /// limit.
+    bool WaitForAnswers(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
+    /// Waits until the desktop has given the window the keyboard focus that new windows get. Under
+    /// Wine the window manager does so some time after the window is shown; what it still had to
+    /// say would otherwise arrive during the test's next step.
+    bool WaitForFocus() const;
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void Run();
+    void Note(UINT threadMessage);
     bool Records(UINT message) const;
     std::optional<LRESULT> Handle(HWND window, const ReceivedMessage& message);
 
@@ -75,8 +89,10 @@ private:
     Script m_script;
     HWND m_window = nullptr;
     mutable std::mutex m_mutex;
-    mutable std::condition_variable m_arrived;
+    mutable std::condition_variable m_changed;
     std::vector<ReceivedMessage> m_received;
+    size_t m_answered = 0;
+    bool m_focused = false;
     HANDLE m_ready;
     DWORD m_threadId = 0;
     std::thread m_thread;

@@ -1,5 +1,6 @@
 #include "tests/support/QuilletRun.h"
 
+#include "tests/support/DialogProbe.h"
 #include "tests/support/ProgramPath.h"
 
 #include <gtest/gtest.h>
@@ -10,15 +11,6 @@ namespace
 std::filesystem::path QuilletPath()
 {
     return BuiltProgram(L"quillet.exe");
-}
-
-bool HasFocus(HWND control)
-{
-    GUITHREADINFO information{};
-    information.cbSize = sizeof(information);
-    const DWORD thread = ::GetWindowThreadProcessId(control, nullptr);
-    return control != nullptr && ::GetGUIThreadInfo(thread, &information) &&
-           information.hwndFocus == control;
 }
 
 struct Wanted
@@ -68,21 +60,18 @@ HWND QuilletRun::Dialog() const
     return FindProcessWindow(Id(), L"#32770", L"Orvane Anwendungsweiterleitung");
 }
 
-HWND QuilletRun::WaitForDialog(std::chrono::milliseconds limit) const
+HWND QuilletRun::WaitForDialog() const
 {
     HWND dialog = nullptr;
-    WaitUntil([&] { return (dialog = Dialog()) != nullptr || !IsRunning(); }, limit);
+    WaitUntil([&] { return (dialog = Dialog()) != nullptr || !IsRunning(); });
     return dialog;
 }
 
-HWND QuilletRun::WaitForShownDialog() const
+HWND QuilletRun::WaitForWaitingDialog() const
 {
     const HWND dialog = WaitForDialog();
-    const bool shown =
-        dialog != nullptr && WaitUntil([&] {
-            return ::IsWindowVisible(dialog) && HasFocus(::GetDlgItem(dialog, IDCANCEL));
-        });
-    return shown ? dialog : nullptr;
+    const bool waits = dialog != nullptr && WaitForPostedMessages(dialog);
+    return waits ? dialog : nullptr;
 }
 
 int RunQuillet(std::wstring_view arguments)

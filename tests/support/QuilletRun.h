@@ -16,12 +16,13 @@ public:
     /// The command line that such a run is started with.
     static std::wstring CommandLine(std::wstring_view arguments);
 
-    /// The wait dialog, once it is there; null when none appears within `limit` or the process
-    /// ends.
-    HWND WaitForDialog(std::chrono::milliseconds limit = kWaitLimit) const;
-    /// The same, once it is shown and its "Abbrechen" button has the focus, so that it waits for
-    /// its user.
-    HWND WaitForShownDialog() const;
+    /// The wait dialog, once its window exists; null when none appears or the process ends. What is
+    /// posted to it now is handled in the wait; what is *sent* now can be handled before the wait
+    /// has begun, which then knows nothing of it.
+    HWND WaitForDialog() const;
+    /// The wait dialog, once it waits: its loop handles what is posted, and so it has been shown.
+    /// Null when it never does. It need not be in the foreground.
+    HWND WaitForWaitingDialog() const;
     /// The wait dialog as it is now; null when there is none.
     HWND Dialog() const;
 };

@@ -43,6 +43,29 @@ bool WaitForForeground(HWND window)
     });
 }
 
+bool ActInFront(HWND window, const std::function<void()>& act)
+{
+    return ActInFront(window, act, [window] { return ::GetForegroundWindow() == window; });
+}
+
+bool ActInFront(HWND window, const std::function<void()>& act,
+                const std::function<bool()>& hasEffect)
+{
+    const auto isInFront = [window] { return ::GetForegroundWindow() == window; };
+    const auto end = std::chrono::steady_clock::now() + kWaitLimit;
+    while (std::chrono::steady_clock::now() < end && WaitForForeground(window))
+    {
+        act();
+        const bool told = WaitUntil([&] { return hasEffect() || !isInFront(); });
+        // The effect itself may have taken the foreground away.
+        if (!told || hasEffect())
+        {
+            return told;
+        }
+    }
+    return false;
+}
+
 void PressKey(WORD key, WORD modifier)
 {
     std::vector<INPUT> inputs{Key(key, 0), Key(key, KEYEVENTF_KEYUP)};

@@ -1,9 +1,7 @@
 // The wait dialog's system-menu entry and the About box that it opens.
 #include "app/ResultCode.h"
 #include "res/resource.h"
-#include "tests/support/QuilletRun.h"
-#include "tests/support/RealInput.h"
-#include "tests/support/WaitDialogProbe.h"
+#include "tests/support/WaitingRun.h"
 
 #include <gtest/gtest.h>
 
@@ -11,30 +9,22 @@ namespace
 {
 
 /// A waiting run, to whose dialog system commands are given.
-class AboutBox : public ::testing::Test
+class AboutBox : public WaitingRun
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_NE(dialog, nullptr);
-        ASSERT_TRUE(WaitForForeground(dialog));
-        ASSERT_TRUE(WaitForPostedMessages(dialog));
-    }
-
-    void GiveSystemCommand(WPARAM command) const
-    {
-        ::PostMessageW(dialog, WM_SYSCOMMAND, command, 0);
-    }
+    void GiveSystemCommand(WPARAM command) const { Post(WM_SYSCOMMAND, command); }
     HWND Box() const { return FindProcessWindow(run.Id(), L"#32770", L"Info über Quillet"); }
-    /// The box, once it is shown, and the dialog disabled behind it.
+    /// The box, once it waits for its user, and the dialog disabled behind it.
     HWND WaitForBox() const
     {
-        HWND box = nullptr;
-        const bool shown = WaitUntil([&] {
-            box = Box();
-            return box != nullptr && ::IsWindowVisible(box) && !::IsWindowEnabled(dialog);
-        });
-        return shown ? box : nullptr;
+        const bool shown = WaitUntil([&] { return ::IsWindowVisible(Box()) != FALSE; });
+        return shown && WaitForPostedMessages(Box()) ? Box() : nullptr;
+    }
+    /// Works keys until they have opened the box.
+    HWND OpenBoxBy(const std::function<void()>& act) const
+    {
+        const bool opened = ActInFront(dialog, act, [this] { return Box() != nullptr; });
+        return opened ? WaitForBox() : nullptr;
     }
     HWND OpenBox() const
     {
@@ -51,12 +41,9 @@ protected:
         ASSERT_TRUE(WaitUntilClosed());
         ASSERT_TRUE(WaitForPostedMessages(dialog));
         EXPECT_TRUE(IsWaiting(run, dialog));
-        ::PostMessageW(dialog, WM_USER + 7, 0, 0);
+        Post(WM_USER + 7);
         EXPECT_EQ(run.WaitForExit(), 7);
     }
-
-    const QuilletRun run{L""};
-    const HWND dialog = run.WaitForShownDialog();
 };
 
 TEST_F(AboutBox, BelongsToTheDisabledDialog)
@@ -92,8 +79,8 @@ TEST_P(AboutBoxKey, ClosesIt)
 {
     const HWND box = OpenBox();
     ASSERT_NE(box, nullptr);
-    ASSERT_TRUE(WaitForForeground(box));
-    PressKey(GetParam());
+    EXPECT_TRUE(
+        ActInFront(box, [] { PressKey(GetParam()); }, [box] { return !::IsWindowVisible(box); }));
     ExpectDialogAsBefore();
 }
 
@@ -105,9 +92,10 @@ INSTANTIATE_TEST_SUITE_P(AboutBox, AboutBoxKey,
 // menu handle is good in its own process only.)
 TEST_F(AboutBox, OpensFromTheSystemMenuByItsMnemonic)
 {
-    PressKey(VK_SPACE, VK_MENU);
-    PressKey('O');
-    const HWND box = WaitForBox();
+    const HWND box = OpenBoxBy([] {
+        PressKey(VK_SPACE, VK_MENU);
+        PressKey('O');
+    });
     ASSERT_NE(box, nullptr);
     ::PostMessageW(box, WM_CLOSE, 0, 0);
     ExpectDialogAsBefore();
@@ -116,10 +104,11 @@ TEST_F(AboutBox, OpensFromTheSystemMenuByItsMnemonic)
 // The End key goes to the last entry.
 TEST_F(AboutBox, IsTheLastEntryOfTheSystemMenu)
 {
-    PressKey(VK_SPACE, VK_MENU);
-    PressKey(VK_END);
-    PressKey(VK_RETURN);
-    const HWND box = WaitForBox();
+    const HWND box = OpenBoxBy([] {
+        PressKey(VK_SPACE, VK_MENU);
+        PressKey(VK_END);
+        PressKey(VK_RETURN);
+    });
     ASSERT_NE(box, nullptr);
     ::PostMessageW(box, WM_CLOSE, 0, 0);
     ExpectDialogAsBefore();
@@ -171,7 +160,7 @@ TEST_F(AboutBox, AnswerIsKeptUntilItCloses)
 {
     const HWND box = OpenBox();
     ASSERT_NE(box, nullptr);
-    ::PostMessageW(dialog, WM_USER + 12, 0, 0);
+    Post(WM_USER + 12);
     // The answer hides the dialog; the wait ends with the box.
     ASSERT_TRUE(WaitUntil([this] { return !::IsWindowVisible(dialog); }));
     EXPECT_TRUE(run.IsRunning());
@@ -184,8 +173,8 @@ TEST_F(AboutBox, FirstOfTwoAnswersIsKept)
 {
     const HWND box = OpenBox();
     ASSERT_NE(box, nullptr);
-    ::PostMessageW(dialog, WM_USER + 12, 0, 0);
-    ::PostMessageW(dialog, WM_USER + 13, 0, 0);
+    Post(WM_USER + 12);
+    Post(WM_USER + 13);
     ::PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
     EXPECT_EQ(run.WaitForExit(), 12);
 }

@@ -344,7 +344,7 @@ TEST(CopyData, WithoutAnAnswerTheUserCancels)
     const HostWindow host({UniqueName(L"Host"), L"Host"});
     const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
     ASSERT_EQ(host.WaitForMessages(1).size(), 1u);
-    const HWND dialog = run.WaitForShownDialog();
+    const HWND dialog = run.WaitForWaitingDialog();
     ASSERT_NE(dialog, nullptr);
     ::PostMessageW(::GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);

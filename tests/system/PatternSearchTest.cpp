@@ -176,10 +176,10 @@ TEST(PatternSearch, TheOwnDialogCanBeTheWindowFound)
 // The notification reaches the dialog before its loop runs: it is hidden, and waits.
 TEST(PatternSearch, AnAnswerToItselfOnlyHidesTheOwnDialog)
 {
-    const QuilletRun run(L" -seaglob -nam=* -msg=7");
-    const HWND dialog = run.WaitForDialog();
+    const QuilletRun run(L" -seaglob -nam=Orvane* -msg=7");
+    const HWND dialog = run.WaitForWaitingDialog();
     ASSERT_NE(dialog, nullptr);
-    EXPECT_TRUE(WaitUntil([&] { return ::IsWindowVisible(dialog) == FALSE; }));
+    EXPECT_FALSE(::IsWindowVisible(dialog));
     EXPECT_TRUE(run.IsRunning());
     ::PostMessageW(dialog, WM_USER + 3, 0, 0);
     EXPECT_EQ(run.WaitForExit(), 3);

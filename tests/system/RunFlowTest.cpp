@@ -1,12 +1,12 @@
 // One request from the command line to the exit code, with the real program and real host windows.
 #include "app/AbnormalEnd.h"
 #include "app/ResultCode.h"
+#include "tests/support/DialogProbe.h"
 #include "tests/support/HostWindow.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RealInput.h"
 #include "tests/support/UniqueName.h"
-#include "tests/support/WaitDialogProbe.h"
 
 #include <gtest/gtest.h>
 
@@ -53,9 +53,8 @@ TEST(RunFlow, NoDialogAloneEndsAtOnceWithMinusOne)
 TEST(RunFlow, NoArgumentsOnlyWaitForTheUser)
 {
     const QuilletRun run(L"");
-    const HWND dialog = run.WaitForShownDialog();
+    const HWND dialog = run.WaitForWaitingDialog();
     ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(WaitForPostedMessages(dialog));
     EXPECT_TRUE(IsWaiting(run, dialog));
     ::PostMessageW(::GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
@@ -401,9 +400,8 @@ TEST(Switches, BehindATabIsNoSwitch)
 {
     const HostWindow host(Named());
     const QuilletRun run(L"\t-nodlg\t-kla=" + host.ClassName());
-    const HWND dialog = run.WaitForShownDialog();
+    const HWND dialog = run.WaitForWaitingDialog();
     ASSERT_NE(dialog, nullptr);
-    ASSERT_TRUE(WaitForPostedMessages(dialog));
     EXPECT_TRUE(ReceivedSoFar(host).empty());
     ::PostMessageW(dialog, WM_CLOSE, 0, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
@@ -415,7 +413,7 @@ TEST(Switches, FirstInTheLineNeedsABlankBeforeIt)
     HWND dialog = nullptr;
     ASSERT_TRUE(WaitUntil([&] {
         dialog = FindProcessWindow(run.Id(), L"#32770", L"Orvane Anwendungsweiterleitung");
-        return ::GetDlgItem(dialog, IDCANCEL) != nullptr;
+        return dialog != nullptr;
     }));
     ASSERT_TRUE(WaitForPostedMessages(dialog));
     ::PostMessageW(dialog, WM_CLOSE, 0, 0);
@@ -517,14 +515,15 @@ TEST_F(LongestLineTest, ClassNameFillsIt)
 class Help : public ::testing::TestWithParam<const wchar_t*>
 {
 protected:
-    static HWND WaitForBox(const QuilletRun& run)
+    /// The box, once it waits for its user.
+    static HWND WaitForBox(const Process& run)
     {
         HWND box = nullptr;
         const bool shown = WaitUntil([&] {
             box = FindProcessWindow(run.Id(), L"#32770", L"Orvane");
             return box != nullptr && ::IsWindowVisible(box);
         });
-        return shown ? box : nullptr;
+        return shown && WaitForPostedMessages(box) ? box : nullptr;
     }
 
     static std::wstring TextOfControl(HWND box, int id)
@@ -557,9 +556,9 @@ TEST_P(Help, WinsOverEverythingElse)
               std::wstring::npos);
     EXPECT_TRUE(text.ends_with(L"  \t-3\tFehler beim Senden der Message\n\n\n"));
 
-    ASSERT_TRUE(WaitForForeground(box));
     EXPECT_TRUE(run.IsRunning());
-    PressKey(VK_RETURN);
+    EXPECT_TRUE(
+        ActInFront(box, [] { PressKey(VK_RETURN); }, [box] { return !::IsWindowVisible(box); }));
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
     EXPECT_TRUE(ReceivedSoFar(host).empty());
 }
@@ -595,11 +594,8 @@ TEST_F(Help, OfTheLongestLineIsShownWhole)
 {
     const std::wstring line = LongestLine(L"q -? ", L"");
     const Process run(BuiltProgram(L"quillet.exe"), line);
-    HWND box = nullptr;
-    ASSERT_TRUE(WaitUntil([&] {
-        box = FindProcessWindow(run.Id(), L"#32770", L"Orvane");
-        return box != nullptr && ::IsWindowVisible(box);
-    }));
+    const HWND box = WaitForBox(run);
+    ASSERT_NE(box, nullptr);
     EXPECT_TRUE(TextOfControl(box, kTextId).starts_with(line + L"\n\n  -?"));
     ::PostMessageW(box, WM_CLOSE, 0, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);

@@ -3,11 +3,9 @@
 #include "app/AbnormalEnd.h"
 #include "app/ResultCode.h"
 #include "tests/support/HostWindow.h"
-#include "tests/support/ProgramPath.h"
+#include "tests/support/OpenByShell.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/UniqueName.h"
-
-#include <shellapi.h>
 
 #include <gtest/gtest.h>
 
@@ -343,22 +341,6 @@ private:
     bool m_registered;
 };
 
-/// Opens a link as a browser does, and gives the exit code of the program that the shell started.
-std::optional<int> OpenLink(const std::wstring& link)
-{
-    SHELLEXECUTEINFOW execution{};
-    execution.cbSize = sizeof(execution);
-    execution.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
-    execution.lpFile = link.c_str();
-    execution.nShow = SW_SHOWNORMAL;
-    if (!::ShellExecuteExW(&execution) || execution.hProcess == nullptr)
-    {
-        ADD_FAILURE() << "the shell does not open the link: error " << ::GetLastError();
-        return std::nullopt;
-    }
-    return Process(execution.hProcess).WaitForExit();
-}
-
 TEST(UrlScheme, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
 {
     const std::wstring scheme = UniqueName(L"quillettest");
@@ -368,8 +350,8 @@ TEST(UrlScheme, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
         GTEST_SKIP() << "no right to register a scheme";
     }
     const HostWindow host({UniqueName(L"Host"), L"Host"}, AnswerWith(42));
-    EXPECT_EQ(OpenLink(scheme + L"://open/record?kla=" + host.ClassName() +
-                       L"&wparam=7&copydata=%22Sch%C3%B6ne%20Gr%C3%BC%C3%9Fe%3A%201%262%22#top"),
+    EXPECT_EQ(OpenByShell(scheme + L"://open/record?kla=" + host.ClassName() +
+                          L"&wparam=7&copydata=%22Sch%C3%B6ne%20Gr%C3%BC%C3%9Fe%3A%201%262%22#top"),
               42);
     const auto received = host.Received();
     ASSERT_EQ(received.size(), 1u);
@@ -386,7 +368,7 @@ TEST(UrlScheme, AQuoteInAClickedLinkSmugglesSwitches)
         GTEST_SKIP() << "no right to register a scheme";
     }
     const HostWindow host({UniqueName(L"Host"), L"Host"});
-    EXPECT_EQ(OpenLink(scheme + L":x\" -nodlg -msg=9 -kla=" + host.ClassName() + L" \""),
+    EXPECT_EQ(OpenByShell(scheme + L":x\" -nodlg -msg=9 -kla=" + host.ClassName() + L" \""),
               kResultCancelled);
     const auto received = host.WaitForMessages(1);
     ASSERT_EQ(received.size(), 1u);

@@ -19,11 +19,10 @@
 // keys itself; without that the rows below that end with them give 0.
 #include "app/ResultCode.h"
 #include "tests/support/HostWindow.h"
-#include "tests/support/QuilletRun.h"
 #include "tests/support/RandomSeed.h"
 #include "tests/support/RealInput.h"
 #include "tests/support/UniqueName.h"
-#include "tests/support/WaitDialogProbe.h"
+#include "tests/support/WaitingRun.h"
 
 #include <gtest/gtest.h>
 
@@ -35,26 +34,14 @@ namespace
 
 constexpr UINT kHighestAnswer = 4096;
 
-/// A run that names no target, so that it only waits, with its dialog in front and its loop
-/// running.
-class WaitDialog : public ::testing::Test
+class WaitDialog : public WaitingRun
 {
 protected:
-    void SetUp() override
+    /// Works keys or mouse until they have ended the wait.
+    void EndBy(const std::function<void()>& act) const
     {
-        ASSERT_NE(dialog, nullptr);
-        ASSERT_TRUE(WaitForForeground(dialog));
-        ASSERT_TRUE(WaitForPostedMessages(dialog));
+        EXPECT_TRUE(ActInFront(dialog, act, [this] { return !::IsWindowVisible(dialog); }));
     }
-
-    HWND Button() const { return ::GetDlgItem(dialog, IDCANCEL); }
-    void Post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const
-    {
-        ::PostMessageW(dialog, message, wParam, lParam);
-    }
-
-    const QuilletRun run{L""};
-    const HWND dialog = run.WaitForShownDialog();
 };
 
 // --- Answers ---------------------------------------------------------------------------------
@@ -289,13 +276,8 @@ bool IsInMenuMode(HWND dialog)
 
 void OpenAndCloseSystemMenu(HWND dialog)
 {
-    // The window manager may take the focus away just then, and the key is lost; so there are
-    // several attempts.
-    constexpr std::chrono::seconds kAttemptLimit{2};
-    EXPECT_TRUE(WaitUntil([&] {
-        PressKey(VK_SPACE, VK_MENU);
-        return WaitUntil([dialog] { return IsInMenuMode(dialog); }, kAttemptLimit);
-    }));
+    EXPECT_TRUE(ActInFront(
+        dialog, [] { PressKey(VK_SPACE, VK_MENU); }, [dialog] { return IsInMenuMode(dialog); }));
     ::SendMessageW(dialog, WM_CANCELMODE, 0, 0);
     EXPECT_TRUE(WaitUntil([dialog] { return !IsInMenuMode(dialog); }));
 }
@@ -305,13 +287,13 @@ bool WaitUntilInFront(HWND dialog)
     return WaitUntil([dialog] { return ::GetForegroundWindow() == dialog; });
 }
 
-// The window manager gives the focus back by itself. Asking for it as well would start a race
-// between the two.
+// The window manager gives the focus back by itself, when it has given it to the other window
+// before. Asking for it as well would start a race between the two.
 void LoseFocusAndGetItBack(HWND dialog)
 {
     {
         const HostWindow other({UniqueName(L"Other"), L"Other"});
-        EXPECT_TRUE(WaitUntilInFront(other.Handle()));
+        EXPECT_TRUE(other.WaitForFocus());
     }
     EXPECT_TRUE(WaitUntilInFront(dialog));
 }
@@ -359,7 +341,7 @@ class CancellingAction : public WaitDialog, public ::testing::WithParamInterface
 
 TEST_P(CancellingAction, EndsWithMinusOne)
 {
-    GetParam().act(dialog);
+    EndBy([this] { GetParam().act(dialog); });
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
@@ -368,11 +350,16 @@ INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, ::testing::ValuesIn(kCanc
 
 class HarmlessAction : public WaitDialog, public ::testing::WithParamInterface<UserAction>
 {
+protected:
+    void SetUp() override
+    {
+        WaitDialog::SetUp();
+        ASSERT_TRUE(ActInFront(dialog, [this] { GetParam().act(dialog); }));
+    }
 };
 
 TEST_P(HarmlessAction, KeepsTheDialogWaiting)
 {
-    GetParam().act(dialog);
     ASSERT_TRUE(WaitForInput(dialog));
     EXPECT_TRUE(IsWaiting(run, dialog));
     Post(WM_USER + 7);
@@ -381,15 +368,13 @@ TEST_P(HarmlessAction, KeepsTheDialogWaiting)
 
 TEST_P(HarmlessAction, KeepsEnterACancel)
 {
-    GetParam().act(dialog);
-    PressKey(VK_RETURN);
+    EndBy([] { PressKey(VK_RETURN); });
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
 TEST_P(HarmlessAction, KeepsExecuteACancel)
 {
-    GetParam().act(dialog);
-    PressKey(VK_EXECUTE);
+    EndBy([] { PressKey(VK_EXECUTE); });
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
@@ -402,17 +387,17 @@ class RandomActions : public WaitDialog, public ::testing::WithParamInterface<in
 TEST_P(RandomActions, KeepEnterACancel)
 {
     constexpr int kActions = 6;
-    std::mt19937 random(RandomSeed());
+    std::mt19937 random(RandomSeed() + static_cast<unsigned>(GetParam()));
     std::uniform_int_distribution<size_t> choose(0, std::size(kHarmlessActions) - 1);
     std::string done;
     for (int i = 0; i < kActions; ++i)
     {
         const UserAction& action = kHarmlessActions[choose(random)];
         done += std::string(action.name) + ' ';
-        action.act(dialog);
+        ASSERT_TRUE(ActInFront(dialog, [&] { action.act(dialog); })) << done;
         ASSERT_TRUE(run.IsRunning()) << done;
     }
-    PressKey(VK_RETURN);
+    EndBy([] { PressKey(VK_RETURN); });
     EXPECT_EQ(run.WaitForExit(), kResultCancelled) << done;
 }
 

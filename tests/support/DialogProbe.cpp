@@ -1,0 +1,48 @@
+#include "tests/support/DialogProbe.h"
+
+#include "tests/support/RealInput.h"
+
+namespace
+{
+
+HWND ButtonOf(HWND dialog)
+{
+    const HWND cancel = ::GetDlgItem(dialog, IDCANCEL);
+    return cancel != nullptr ? cancel : ::GetDlgItem(dialog, IDOK);
+}
+
+bool IsPushed(HWND button)
+{
+    return (::SendMessageW(button, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+}
+
+} // namespace
+
+bool WaitForPostedMessages(HWND dialog)
+{
+    // The dialog's window exists before its controls do.
+    if (!WaitUntil([dialog] { return ButtonOf(dialog) != nullptr; }))
+    {
+        return false;
+    }
+    const HWND button = ButtonOf(dialog);
+    ::PostMessageW(button, BM_SETSTATE, TRUE, 0);
+    const bool pushed = WaitUntil([button] { return IsPushed(button); });
+    ::SendMessageW(button, BM_SETSTATE, FALSE, 0);
+    return pushed;
+}
+
+bool WaitForInput(HWND dialog)
+{
+    const HWND button = ButtonOf(dialog);
+    const bool pushed = ActInFront(
+        dialog, [button] { PressMouseAt(CentreOf(button)); },
+        [button] { return IsPushed(button); });
+    ReleaseMouseAt({0, 0});
+    return pushed && WaitUntil([button] { return !IsPushed(button); });
+}
+
+bool IsWaiting(const QuilletRun& run, HWND dialog)
+{
+    return run.IsRunning() && ::IsWindowVisible(dialog) && ::IsWindowEnabled(dialog);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "tests/support/QuilletRun.h"
+
+/// Waits until the dialog's thread has taken everything out of its queue that was posted to it
+/// before this call: a message posted before it has had its effect. Also shows that a message loop
+/// is running, so that from now on the dialog may be *sent* what ends it. The dialog may be any
+/// with a push button IDCANCEL or IDOK. False when it never does.
+bool WaitForPostedMessages(HWND dialog);
+
+/// The same for keys and mouse: the dialog's button is pressed with the mouse, which shows that all
+/// input before it has been handled, and the mouse is released elsewhere, so that it is no click.
+/// Leaves the focus on the button.
+bool WaitForInput(HWND dialog);
+
+/// Whether the run still waits for its answer: running, its dialog shown (or minimised) and
+/// enabled.
+bool IsWaiting(const QuilletRun& run, HWND dialog);
