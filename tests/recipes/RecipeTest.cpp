@@ -4,6 +4,8 @@
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
 
+#include <shellapi.h>
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -191,9 +193,20 @@ TEST_F(Recipe, ShortcutSendsItsText)
                  L' ' + Quoted(shortcut));
     ASSERT_EQ(creation.exitCode, 0) << creation.output;
 
-    const RecipeHost host;
-    EXPECT_EQ(OpenByShell(shortcut), static_cast<int>(kAnswer));
+    // The shell does not tell which process it starts for a shortcut; the dialog does.
+    std::optional<Process> caller;
+    const RecipeHost host([&](HWND window, const ReceivedMessage& message) {
+        DWORD id = 0;
+        ::GetWindowThreadProcessId(reinterpret_cast<HWND>(message.wParam), &id);
+        caller.emplace(::OpenProcess(PROCESS_ALL_ACCESS, FALSE, id));
+        return AnswerWith(kAnswer)(window, message);
+    });
+    EXPECT_GT(reinterpret_cast<INT_PTR>(::ShellExecuteW(nullptr, nullptr, shortcut.c_str(), nullptr,
+                                                        nullptr, SW_SHOWNORMAL)),
+              32);
     host.ExpectText();
+    ASSERT_TRUE(host.WaitForAnswers(1));
+    EXPECT_EQ(caller->WaitForExit(), static_cast<int>(kAnswer));
     std::filesystem::remove(shortcut);
 }
 
