@@ -12,6 +12,8 @@ if(MSVC)
   return()
 endif()
 
+# For the headers there, which complete the toolchain's own of the same name.
+target_include_directories(quillet_build_options SYSTEM INTERFACE ${PROJECT_SOURCE_DIR}/runtime)
 target_compile_options(quillet_build_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   -fstack-protector-strong

@@ -3,6 +3,8 @@
 #include <afxdisp.h>
 #include <afxwin.h>
 
+#include <malloc.h>
+
 #include <cwchar>
 
 namespace

@@ -1,7 +1,7 @@
-// _recalloc: the platform vendor's run-time library has it, this toolchain's headers declare it,
-// its import library lacks it. Contract: resizes a block from calloc to `count` × `size` bytes
-// (null: a new block); bytes beyond the old size are zero; null, with the old block untouched, when
-// memory runs out or the product overflows.
+// _recalloc: the platform vendor's run-time library has it, this toolchain's import library lacks
+// it, and so do the headers of its later releases (see malloc.h). Contract: resizes a block from
+// calloc to `count` × `size` bytes (null: a new block); bytes beyond the old size are zero; null,
+// with the old block untouched, when memory runs out or the product overflows.
 #include <malloc.h>
 
 #include <cstdint>
@@ -29,7 +29,7 @@ void* Recalloc(void* block, size_t count, size_t size)
 
 } // namespace
 
-// The headers declare an imported function, so callers go through the import's pointer: this one.
+// It is declared as an imported function, so callers go through the import's pointer: this one.
 extern "C" {
 void* (*__imp__recalloc)(void*, size_t, size_t) = &Recalloc;
 }

@@ -6,6 +6,7 @@
 // NOLINTBEGIN(bugprone-reserved-identifier,bugprone-macro-parentheses,readability-identifier-naming,readability-non-const-parameter)
 #include "tests/scripted/ScriptedPlatform.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>

@@ -1,0 +1,7 @@
+// The toolchain's <malloc.h>, found before it, and what some of its releases leave out of it.
+#pragma once
+
+#include_next <malloc.h>
+
+// Declared for later run-time libraries only; see Recalloc.cpp.
+extern "C" _CRTIMP void* __cdecl _recalloc(void* block, size_t count, size_t size);
