@@ -71,8 +71,8 @@ desktop_start()
   # No questions about optional components, no debugger that prints a page when a program crashes, no
   # entries in the user's own menus.
   export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d'
-  # Wine's server keeps its socket there, and would leave the folder behind.
-  export TMPDIR=$desktop_folder
+  # Wine 10 of Debian 13 aborts when it is set.
+  unset TMPDIR
   # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
   export LC_ALL=C.UTF-8
   mkdir "$WINEPREFIX"
@@ -91,6 +91,14 @@ desktop_scale()
   wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >"$desktop_folder/reg.log" 2>&1
 }
 
+# Debian's Wine keeps its server's socket in a folder of /tmp, writes the folder's name into the prefix and leaves both behind.
+desktop_remove_server_folder()
+{
+  local name
+  name=$(cat "$desktop_folder/wine/wineserver" 2>/dev/null) || return 0
+  [[ $name != wine-?????? ]] || rm -rf "/tmp/$name"
+}
+
 # Ends what runs, the desktop included.
 desktop_stop()
 {
@@ -103,6 +111,7 @@ desktop_stop()
   if [[ -d $desktop_folder/wine ]]; then
     timeout 30 wineserver --kill || true
     timeout 30 wineserver --wait || true
+    desktop_remove_server_folder
   fi
   # Last started, first ended.
   local index
