@@ -35,8 +35,7 @@ int Scaled(int pixelsAt96Dpi)
 // protocol.
 std::wstring Printable(std::wstring text)
 {
-    std::replace_if(
-        text.begin(), text.end(), [](wchar_t unit) { return unit < L' '; }, L'\u00B7');
+    std::replace_if(text.begin(), text.end(), [](wchar_t unit) { return unit < L' '; }, L'\u00B7');
     return text;
 }
 

@@ -98,7 +98,7 @@ def check(path, arguments, ground, cache):
     passed = cache / digest(path, arguments, ground)
     if passed.exists():
         return ""
-    told = subprocess.run(["clang-tidy", "--quiet", str(path), "--", *arguments],
+    told = subprocess.run(["clang-tidy-19", "--quiet", str(path), "--", *arguments],
                           cwd=ROOT, capture_output=True, text=True)
     if told.returncode == 0:
         passed.touch()
@@ -112,7 +112,7 @@ def main():
     sources = {}
     for build in builds:
         sources = clang_commands(build) | sources
-    version = subprocess.run(["clang-tidy", "--version"], capture_output=True, check=True).stdout
+    version = subprocess.run(["clang-tidy-19", "--version"], capture_output=True, check=True).stdout
     rules = [path for depth in (".", "*", "*/*") for path in sorted(ROOT.glob(f"{depth}/.clang-tidy"))]
     ground = version + b"".join(path.read_bytes() for path in rules)
 

@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # shellcheck disable=SC2034  # read by setup.sh, by name
 # The Debian packages that this repository needs, grouped by purpose: packages_GROUP for `setup.sh GROUP…`.
+# Debian 12 and 13 both have clang 19: with the version in its name, format, checks, warnings and sanitizers are the same on both.
 
 # Cross-compiling the program. (Python draws the icon; every preset configures the tests, too.)
 packages_build=(cmake ninja-build g++-mingw-w64-x86-64-posix python3 googletest)
@@ -13,13 +14,13 @@ packages_desktop=(
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
 # Building and running the tests, the native ones with sanitizers and fuzzer, and the benchmarks.
-packages_test=(clang libclang-rt-dev libbenchmark-dev)
+packages_test=(clang-19 libclang-rt-19-dev libbenchmark-dev)
 
 # Making the packages: pages from documents, the MSI.
 packages_package=(pandoc wixl msitools)
 
 # Checking format and style.
-packages_lint=(clang-format clang-tidy cppcheck shellcheck)
+packages_lint=(clang-format-19 clang-tidy-19 cppcheck shellcheck)
 
 # Measuring what the tests reach.
 packages_coverage=(gcovr)
