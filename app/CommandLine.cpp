@@ -9,7 +9,7 @@ bool CommandLine::Has(std::wstring_view switchText) const
     return m_lower.find(switchText) != std::wstring::npos;
 }
 
-std::optional<std::wstring_view> CommandLine::Behind(std::wstring_view switchText) const
+std::optional<std::wstring_view> CommandLine::After(std::wstring_view switchText) const
 {
     const size_t position = m_lower.find(switchText);
     if (position == std::wstring::npos)
@@ -19,8 +19,8 @@ std::optional<std::wstring_view> CommandLine::Behind(std::wstring_view switchTex
     return std::wstring_view(m_raw).substr(position + switchText.size());
 }
 
-const wchar_t* CommandLine::LowerBehind(std::wstring_view switchText) const
+const wchar_t* CommandLine::LowerAfter(std::wstring_view switchText) const
 {
-    const auto value = Behind(switchText);
+    const auto value = After(switchText);
     return value ? m_lower.c_str() + (m_lower.size() - value->size()) : nullptr;
 }

@@ -22,10 +22,10 @@ public:
 
     /// Everything behind the first occurrence of the switch to the end of the line, in the letter
     /// case as typed; nothing when the line does not hold the switch. Refers into this object.
-    std::optional<std::wstring_view> Behind(std::wstring_view switchText) const;
+    std::optional<std::wstring_view> After(std::wstring_view switchText) const;
 
     /// The same in lower case, zero-terminated; null when the line does not hold the switch.
-    const wchar_t* LowerBehind(std::wstring_view switchText) const;
+    const wchar_t* LowerAfter(std::wstring_view switchText) const;
 
 private:
     std::wstring m_raw;

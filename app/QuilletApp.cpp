@@ -2,11 +2,10 @@
 
 #include "app/AbnormalEnd.h"
 #include "app/CommandLine.h"
-#include "app/CommandLineSwitches.h"
+#include "app/GatherRequest.h"
 #include "app/HelpText.h"
 #include "app/ResultCode.h"
 #include "app/SendRequest.h"
-#include "app/UrlArgument.h"
 #include "delivery/CopyDataDelivery.h"
 #include "delivery/QuilletDlg.h"
 #include "res/resource.h"
@@ -20,16 +19,6 @@ void ShowHelp(const CommandLine& commandLine)
 {
     ::MessageBoxW(nullptr, BuildHelpText(commandLine.Raw()).c_str(), L"Orvane",
                   MB_OK | MB_ICONINFORMATION);
-}
-
-// A URL's parameters override what the switches have set, field by field.
-void ApplyUrl(const CommandLine& commandLine, SendRequest& request)
-{
-    const std::wstring url = CutUrlArgument(commandLine);
-    if (!url.empty())
-    {
-        ApplyUrlParameters(CQuilletApp::ParseUrlParameters(url.c_str()), request);
-    }
 }
 
 bool NamesTarget(const SendRequest& request)
@@ -96,9 +85,7 @@ BOOL CQuilletApp::InitInstance()
         return FALSE;
     }
 
-    SendRequest request;
-    ReadSwitches(commandLine, request);
-    ApplyUrl(commandLine, request);
+    const SendRequest request = GatherRequest(commandLine);
 
     // Before the search, so that the dialog's handle can travel with the copy-data message.
     CreateWaitDialog(request);

@@ -2,13 +2,17 @@
 
 #include <afxwin.h>
 
-#include "app/UrlParameters.h"
-
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
 
 class CQuilletDlg;
 struct SendRequest;
+
+/// The settings that a URL carries: decoded values by key. Keys are compared by code units, so
+/// their letter case counts.
+using UrlParameters = std::map<std::wstring, std::wstring>;
 
 /// The application: one process carries one request from its caller to a host window and ends with
 /// the outcome as its exit code.
@@ -23,11 +27,15 @@ public:
     /// The run's result code: a ResultCode, or the host's answer 0 to 4096.
     int ExitInstance() override;
 
-    /// Takes the query string of a zero-terminated URL apart into decoded parameters; of a key's
-    /// occurrences the first wins. Empty when the URL has no usable query string.
+    /// Takes the query string of a null-terminated URL apart into decoded parameters; of a key's
+    /// occurrences the first wins. Empty when the URL has no usable query string. Throws as
+    /// UrlDecode does.
     static UrlParameters ParseUrlParameters(const wchar_t* url);
-    /// Restores those percent escapes that are restored at all; the source says which. Throws
-    /// CInvalidArgException when the text ends inside an escape.
+    /// Restores percent escapes of control characters (all but 0x1F), of ASCII's punctuation and
+    /// blank (all but "%"), and pairs of escapes that are two bytes of UTF-8. Every other escape
+    /// stays as written. Throws CInvalidArgException when decoding runs past the end of the text:
+    /// it looks at two units after a "%" before it tests either, so a final "%" fails, while "50%2"
+    /// is kept.
     static CString UrlDecode(CString text);
     /// Converts two bytes of UTF-8, the first in the high half, to one UTF-16 unit; 0 when the
     /// platform's conversion gives none.

@@ -1,3 +1,4 @@
+// A leaf: delivery/ below uses it as well, so it includes nothing of this project.
 #pragma once
 
 /// What a run stores as its outcome, and callers read as the process's exit code. Beside these, the

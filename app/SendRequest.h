@@ -1,3 +1,4 @@
+// A leaf: delivery/ below uses it as well, so it includes nothing of this project.
 #pragma once
 
 #include <cstdint>

@@ -30,7 +30,7 @@ std::wstring_view CutQuotedUrl(std::wstring_view quoted)
 
 std::wstring CutUrlArgument(const CommandLine& commandLine)
 {
-    const auto value = commandLine.Behind(L" -url=");
+    const auto value = commandLine.After(L" -url=");
     if (!value)
     {
         return {};

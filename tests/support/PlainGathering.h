@@ -25,8 +25,8 @@ inline wchar_t Lower(wchar_t unit)
     return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
 }
 
-/// Everything behind the first occurrence of a switch, whose text is in lower case.
-inline std::optional<std::wstring> Behind(const std::wstring& line, const std::wstring& switchText)
+/// Everything after the first occurrence of a switch, whose text is in lower case.
+inline std::optional<std::wstring> After(const std::wstring& line, const std::wstring& switchText)
 {
     for (std::size_t begin = 0; begin + switchText.size() <= line.size(); ++begin)
     {
@@ -45,7 +45,7 @@ inline std::optional<std::wstring> Behind(const std::wstring& line, const std::w
 
 inline bool AsksForHelp(const std::wstring& line)
 {
-    return Behind(line, L" -?").has_value();
+    return After(line, L" -?").has_value();
 }
 
 inline std::wstring TrimValue(const std::wstring& text)
@@ -74,7 +74,7 @@ void ReadNumber(const std::wstring& text, Number& field, bool& fits)
         ++i;
     }
     int base = 10;
-    // A prefix without digits is a zero and an "x" behind it: so this C library reads it, while the
+    // A prefix without digits is a zero and an "x" after it: so this C library reads it, while the
     // language's standard has it read nothing.
     bool hasDigits = UnitAt(text, i) == L'0';
     if (hasDigits)
@@ -139,7 +139,7 @@ inline Gathered GatherSwitches(const std::wstring& line)
 {
     Gathered gathered;
     Apply([&](const std::wstring& name,
-              const std::wstring& end) { return Behind(line, L" -" + name + end); },
+              const std::wstring& end) { return After(line, L" -" + name + end); },
           gathered);
     return gathered;
 }
@@ -149,7 +149,7 @@ inline Gathered GatherSwitches(const std::wstring& line)
 inline Gathered Gather(const std::wstring& line)
 {
     Gathered gathered = GatherSwitches(line);
-    const Given url = Behind(line, L" -url=");
+    const Given url = After(line, L" -url=");
     const Parameters parameters = url ? ParseUrl(CutUrl(*url)) : Parameters();
     Apply(
         [&](const std::wstring& key, const std::wstring&) {

@@ -1,11 +1,11 @@
 #include "app/CommandLine.h"
 
+#include "tests/support/LongTexts.h"
+
 #include <gtest/gtest.h>
 
 namespace
 {
-
-constexpr size_t kLongestCommandLine = 32'766;
 
 TEST(CommandLine, KeepsTheLineAsTyped)
 {
@@ -39,34 +39,34 @@ TEST(CommandLine, LowersAToZOnly)
     EXPECT_FALSE(CommandLine(L"q -W\u0130DE=x").Has(L" -wide=")); // the I with a dot
     EXPECT_FALSE(CommandLine(L"q -\uFF2Bla=x").Has(L" -kla="));   // a full-width K
     EXPECT_STREQ(L"\u00C4\u212A\u0410z",
-                 CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerBehind(L" -nam="));
+                 CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerAfter(L" -nam="));
 }
 
 TEST(CommandLine, GivesWhatStandsBehindTheFirstOccurrence)
 {
     const CommandLine line(L"q -KLA=Abc -kla=D");
-    EXPECT_EQ(L"Abc -kla=D", line.Behind(L" -kla="));
-    EXPECT_STREQ(L"abc -kla=d", line.LowerBehind(L" -kla="));
+    EXPECT_EQ(L"Abc -kla=D", line.After(L" -kla="));
+    EXPECT_STREQ(L"abc -kla=d", line.LowerAfter(L" -kla="));
 }
 
 TEST(CommandLine, GivesNothingBehindASwitchAtTheEnd)
 {
     const CommandLine line(L"q -kla=");
-    EXPECT_EQ(L"", line.Behind(L" -kla="));
-    EXPECT_STREQ(L"", line.LowerBehind(L" -kla="));
+    EXPECT_EQ(L"", line.After(L" -kla="));
+    EXPECT_STREQ(L"", line.LowerAfter(L" -kla="));
 }
 
 TEST(CommandLine, TellsAMissingSwitchFromAnEmptyOne)
 {
     const CommandLine line(L"q -kla");
-    EXPECT_EQ(std::nullopt, line.Behind(L" -kla="));
-    EXPECT_EQ(nullptr, line.LowerBehind(L" -kla="));
+    EXPECT_EQ(std::nullopt, line.After(L" -kla="));
+    EXPECT_EQ(nullptr, line.LowerAfter(L" -kla="));
 }
 
 TEST(CommandLine, PositionsStayTheSameBesideSurrogatePairs)
 {
     EXPECT_EQ(L"X\U0001F600",
-              CommandLine(L"\U0001F600\u0130\u1E9E -NAM=X\U0001F600").Behind(L" -nam="));
+              CommandLine(L"\U0001F600\u0130\u1E9E -NAM=X\U0001F600").After(L" -nam="));
 }
 
 TEST(CommandLine, FindsASwitchAtTheEndOfTheLongestLine)
@@ -76,7 +76,7 @@ TEST(CommandLine, FindsASwitchAtTheEndOfTheLongestLine)
         std::wstring(kLongestCommandLine - end.size(), L'A') + std::wstring(end);
     const CommandLine line(text.c_str());
     EXPECT_EQ(kLongestCommandLine, line.Raw().size());
-    EXPECT_EQ(L"x", line.Behind(L" -nam="));
+    EXPECT_EQ(L"x", line.After(L" -nam="));
 }
 
 } // namespace

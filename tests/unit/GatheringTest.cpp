@@ -1,8 +1,8 @@
 // The whole way from the raw command line to the request, judged by the plain rules.
 #include "app/QuilletApp.h"
-#include "tests/support/GatherRequest.h"
 #include "tests/support/PlainGathering.h"
 #include "tests/support/RandomSeed.h"
+#include "tests/support/RequestOf.h"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +53,7 @@ std::optional<SendRequest> ProgramsRequest(const std::wstring& line)
 {
     try
     {
-        return GatherRequest(line);
+        return RequestOf(line);
     }
     catch (CInvalidArgException* exception)
     {
@@ -98,7 +98,7 @@ void Compare(const std::wstring& line, Tally& tally)
     }
     ASSERT_EQ(TextOf(expected->request), TextOf(*actual)) << "line: " << line;
 
-    const auto url = plain::Behind(line, L" -url=");
+    const auto url = plain::After(line, L" -url=");
     if (url && TextOf(expected->request) != TextOf(plain::GatherSwitches(line).request))
     {
         ++tally.fromUrl;

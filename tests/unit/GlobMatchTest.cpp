@@ -4,13 +4,14 @@
 #include "target/GlobMatch.h"
 
 #include "tests/support/GuardedText.h"
+#include "tests/support/LongTexts.h"
 #include "tests/support/NaiveGlobMatch.h"
+#include "tests/support/RandomSeed.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <string>
 #include <string_view>
@@ -317,24 +318,13 @@ TEST(GlobMatch, UnitsAreUnsignedAndCharactersAreNotDecoded)
     EXPECT_EQ(1, Match(kLoneSurrogates, kLoneSurrogates));
 }
 
-std::u16string Repeated(std::u16string_view part, std::size_t times)
-{
-    std::u16string result;
-    for (std::size_t i = 0; i < times; ++i)
-    {
-        result += part;
-    }
-    return result;
-}
-
 /// `part` repeated as often as `units` units have room for it.
-std::u16string Filled(std::u16string_view part, std::size_t units)
+std::u16string Filled(const char16_t* part, std::size_t units)
 {
-    return Repeated(part, units / part.size());
+    return Repeated(part, units / std::u16string_view(part).size());
 }
 
 constexpr std::size_t kLongestWindowText = 4'095;
-constexpr std::size_t kLongestCommandLine = 32'766;
 
 /// Each of these costs the plain rules exponential time, or a power of the text's length. They are
 /// done with when the test program ends within its time limit at all.
@@ -405,21 +395,10 @@ std::u16string RandomUnits(std::mt19937& random, const std::u16string_view (&par
     return result;
 }
 
-std::mt19937::result_type Seed()
-{
-    const char* const given = std::getenv("QUILLET_TEST_SEED");
-    return given != nullptr
-               ? static_cast<std::mt19937::result_type>(std::strtoul(given, nullptr, 10))
-               : std::random_device()();
-}
-
-/// QUILLET_TEST_SEED, a decimal number, repeats a run.
 TEST(GlobMatch, AgreesWithTheNaiveRulesOnRandomPairs)
 {
     constexpr int kPairs = 1'500'000;
-    const auto seed = Seed();
-    std::printf("QUILLET_TEST_SEED=%lu\n", static_cast<unsigned long>(seed));
-    std::mt19937 random(seed);
+    std::mt19937 random(RandomSeed());
 
     int matches = 0;
     int matchesOfVaryingSets = 0;
@@ -438,8 +417,8 @@ TEST(GlobMatch, AgreesWithTheNaiveRulesOnRandomPairs)
             expected && star != pattern.npos && pattern.find(u"-]", star) != pattern.npos;
     }
     std::printf("%d matches, %d of them with sets that may end in two places\n", matches,
-                matchesOfVaryingSets); // Otherwise the parts are poorly chosen and the agreement
-                                       // says little.
+                matchesOfVaryingSets);
+    // Otherwise the parts are poorly chosen and the agreement says little.
     EXPECT_GT(matches, kPairs / 100);
     EXPECT_GT(matchesOfVaryingSets, kPairs / 1'000);
 }

@@ -1,5 +1,7 @@
 #include "app/HelpText.h"
 
+#include "tests/support/LongTexts.h"
+
 #include <gtest/gtest.h>
 
 namespace
@@ -43,7 +45,7 @@ TEST(HelpText, IsTheCommandLineAndSeventeenParts)
 
 TEST(HelpText, KeepsTheLongestCommandLineWhole)
 {
-    const std::wstring commandLine(32'766, L'x');
+    const std::wstring commandLine(kLongestCommandLine, L'x');
     EXPECT_TRUE(BuildHelpText(commandLine).starts_with(commandLine + kParts[0] + kParts[1]));
 }
 

@@ -2,8 +2,9 @@
 // every character, so these are also the measure for the stack that the program reserves; the tests
 // have the same.
 #include "app/QuilletApp.h"
-#include "tests/support/GatherRequest.h"
+#include "tests/support/LongTexts.h"
 #include "tests/support/PlainGathering.h"
+#include "tests/support/RequestOf.h"
 #include "tests/support/StackUse.h"
 
 #include <gtest/gtest.h>
@@ -18,8 +19,6 @@
 namespace
 {
 
-constexpr std::size_t kLongestCommandLine = 32'766;
-
 /// `begin`, as many whole repetitions of `part` as there is room for, and `end`.
 std::wstring Fill(const std::wstring& begin, std::wstring_view part, const std::wstring& end = {})
 {
@@ -31,21 +30,11 @@ std::wstring Fill(const std::wstring& begin, std::wstring_view part, const std::
     return line + end;
 }
 
-std::wstring Repeated(std::wstring_view part, std::size_t times)
-{
-    std::wstring text;
-    for (; times > 0; --times)
-    {
-        text += part;
-    }
-    return text;
-}
-
 TEST(LongUrl, CarriesOneHugeValue)
 {
     const std::wstring line = Fill(L"x?copydata=", L"v");
     ASSERT_EQ(kLongestCommandLine, line.size());
-    const SendRequest request = GatherRequest(line);
+    const SendRequest request = RequestOf(line);
     EXPECT_EQ(std::wstring(kLongestCommandLine - 35, L'v'), request.copyData);
     EXPECT_TRUE(request.noDialog);
 }
@@ -53,8 +42,7 @@ TEST(LongUrl, CarriesOneHugeValue)
 TEST(LongUrl, CarriesTenThousandParameters)
 {
     const std::wstring many = Repeated(L"a=&", 10'000);
-    const SendRequest request =
-        GatherRequest(L"q -url=x?msg=1&" + many + L"msg=2&wparam=7&kla=last");
+    const SendRequest request = RequestOf(L"q -url=x?msg=1&" + many + L"msg=2&wparam=7&kla=last");
     EXPECT_EQ(TextOf({.windowClass = L"last", .messageOffset = 1, .wParam = 7}), TextOf(request));
 
     std::wstring different;
@@ -69,29 +57,28 @@ TEST(LongUrl, CarriesTenThousandParameters)
 
 TEST(LongUrl, MayConsistOfSeparators)
 {
-    EXPECT_EQ(L"", GatherRequest(Fill(L"x?", L"&")).windowClass);
-    EXPECT_EQ(L"a", GatherRequest(Fill(L"x?", L"&", L"kla=a")).windowClass);
-    EXPECT_EQ(L"a", GatherRequest(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass);
+    EXPECT_EQ(L"", RequestOf(Fill(L"x?", L"&")).windowClass);
+    EXPECT_EQ(L"a", RequestOf(Fill(L"x?", L"&", L"kla=a")).windowClass);
+    EXPECT_EQ(L"a", RequestOf(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass);
 }
 
 TEST(LongUrl, MayConsistOfEscapes)
 {
     const std::wstring quoted = Fill(L"x?copydata=%22", L"%20", L"%22");
     const std::size_t blanks = (kLongestCommandLine - 35 - 6) / 3;
-    EXPECT_EQ(std::wstring(blanks, L' '), GatherRequest(quoted).copyData);
+    EXPECT_EQ(std::wstring(blanks, L' '), RequestOf(quoted).copyData);
 
     const std::wstring pairs = Fill(L"x?copydata=", L"%c3%A4");
-    EXPECT_EQ(std::wstring((kLongestCommandLine - 35) / 6, L'\u00E4'),
-              GatherRequest(pairs).copyData);
+    EXPECT_EQ(std::wstring((kLongestCommandLine - 35) / 6, L'\u00E4'), RequestOf(pairs).copyData);
 
     const std::wstring kept = Fill(L"x?copydata=", L"%41-");
-    EXPECT_EQ(Repeated(L"%41-", (kLongestCommandLine - 35) / 4), GatherRequest(kept).copyData);
+    EXPECT_EQ(Repeated(L"%41-", (kLongestCommandLine - 35) / 4), RequestOf(kept).copyData);
 }
 
 TEST(LongUrl, MayBeOneHugeItemWithoutEqualsSign)
 {
     const std::wstring line = Fill(L"x?", L"k");
-    EXPECT_EQ(TextOf({.noDialog = true}), TextOf(GatherRequest(line)));
+    EXPECT_EQ(TextOf({.noDialog = true}), TextOf(RequestOf(line)));
     const std::wstring url = line.substr(line.find(L"x?"));
     EXPECT_EQ((UrlParameters{{url.substr(2), L""}}), CQuilletApp::ParseUrlParameters(url.c_str()));
 }
@@ -100,7 +87,7 @@ TEST(LongUrl, EndsTheRunWhenItsLastUnitIsAPercentSign)
 {
     try
     {
-        GatherRequest(Fill(L"x?copydata=", L"%20", L"%"));
+        RequestOf(Fill(L"x?copydata=", L"%20", L"%"));
         FAIL();
     }
     catch (CInvalidArgException* exception)
@@ -157,7 +144,7 @@ TEST(LongUrl, IsGatheredAsThePlainRulesSay)
     {
         ASSERT_LE(shape.line.size(), kLongestCommandLine);
         ASSERT_GT(shape.line.size(), kLongestCommandLine - 16);
-        EXPECT_EQ(TextOf(plain::Gather(shape.line).request), TextOf(GatherRequest(shape.line)))
+        EXPECT_EQ(TextOf(plain::Gather(shape.line).request), TextOf(RequestOf(shape.line)))
             << shape.name;
     }
 }
@@ -176,7 +163,7 @@ TEST(LongUrl, NeedsAtMostHalfOfTheReservedStack)
     std::size_t most = 0;
     for (const Shape& shape : HardShapes())
     {
-        const std::size_t used = StackUse::Of([&] { GatherRequest(shape.line); });
+        const std::size_t used = StackUse::Of([&] { RequestOf(shape.line); });
         std::printf("%9zu KiB: %s\n", used >> 10, shape.name);
         EXPECT_LE(used, reserved / 2) << shape.name;
         most = std::max(most, used);

@@ -1,26 +1,15 @@
 #pragma once
 
 #include "app/CommandLine.h"
-#include "app/CommandLineSwitches.h"
-#include "app/QuilletApp.h"
+#include "app/GatherRequest.h"
 #include "app/SendRequest.h"
-#include "app/UrlArgument.h"
 
 #include <string>
 
-/// The program's own steps from a command line, which does not ask for help, to the request. Throws
-/// CInvalidArgException* when a value of the URL ends inside an escape.
-inline SendRequest GatherRequest(const std::wstring& line)
+/// What the program makes of a command line, program path included. Throws as GatherRequest does.
+inline SendRequest RequestOf(const std::wstring& line)
 {
-    const CommandLine commandLine(line.c_str());
-    SendRequest request;
-    ReadSwitches(commandLine, request);
-    const std::wstring url = CutUrlArgument(commandLine);
-    if (!url.empty())
-    {
-        ApplyUrlParameters(CQuilletApp::ParseUrlParameters(url.c_str()), request);
-    }
-    return request;
+    return GatherRequest(CommandLine(line.c_str()));
 }
 
 /// All fields of a request as one text, to compare and to print.
