@@ -23,8 +23,8 @@ void EndAbnormallyOnUncaughtException() noexcept
 }
 
 #ifdef __GLIBCXX__
-// What this library does until a handler is set. Its own one would print the exception's name, and
-// brings 48 KB of code along that can read such names.
+/// What this library does until a handler is set. Its own one would print the exception's name, and
+/// brings 48 KB of code along that can read such names.
 void __gnu_cxx::__verbose_terminate_handler()
 {
     EndAbnormally();

@@ -7,7 +7,7 @@
 /// The process's whole command line, program path included, in which switches are found by plain
 /// search instead of being split into arguments. Kept on purpose, with all that follows from it: a
 /// switch is found wherever a blank stands before its dash, also inside another switch's quoted
-/// value; only its first occurrence counts; a flag's text needs nothing behind it.
+/// value; only its first occurrence counts; a flag's text may go on after it.
 class CommandLine
 {
 public:
@@ -20,11 +20,11 @@ public:
     /// with the blank.
     bool Has(std::wstring_view switchText) const;
 
-    /// Everything behind the first occurrence of the switch to the end of the line, in the letter
+    /// Everything after the first occurrence of the switch to the end of the line, in the letter
     /// case as typed; nothing when the line does not hold the switch. Refers into this object.
     std::optional<std::wstring_view> After(std::wstring_view switchText) const;
 
-    /// The same in lower case, zero-terminated; null when the line does not hold the switch.
+    /// The same in lower case, null-terminated; null when the line does not hold the switch.
     const wchar_t* LowerAfter(std::wstring_view switchText) const;
 
 private:

@@ -14,9 +14,9 @@
 namespace
 {
 
-// The two sources of settings answer the same three questions about a setting's name: whether the
-// flag is there, where the number begins (null when absent; null-terminated), and what the text's
-// value is cut from (nothing when absent). The answers refer into the source.
+// Settings come from two sources, which answer the same three questions by a setting's name:
+// whether the flag is there; where its number begins, null-terminated, or null; what its text is to
+// be cut from, or nothing. The answers refer into the source.
 
 /// The command line's switches: " -name" for a flag, " -name=" before a value.
 class Switches
@@ -25,7 +25,7 @@ public:
     explicit Switches(const CommandLine& commandLine) : m_commandLine(commandLine) {}
 
     bool HasFlag(const std::wstring& name) const { return m_commandLine.Has(L" -" + name); }
-    // Numbers are read from the lower-cased line, though the scan would take 0X for 0x as well.
+    /// From the lower-cased line, though letter case makes no difference to a number.
     const wchar_t* Number(const std::wstring& name) const
     {
         return m_commandLine.LowerAfter(L" -" + name + L'=');
@@ -54,8 +54,8 @@ public:
         const auto parameter = m_parameters.find(name);
         return parameter == m_parameters.end() ? nullptr : parameter->second.c_str();
     }
-    // Decoded before it is trimmed, and that order is meant: an escaped blank ends an unquoted
-    // value, and a text with blanks travels quoted and escaped (%22Mein%20Fenster%22).
+    /// Decoded before it is trimmed, and that order is meant: an escaped blank ends an unquoted
+    /// value, and a text with blanks travels quoted and escaped (%22Mein%20Fenster%22).
     std::optional<std::wstring_view> Text(const std::wstring& name) const
     {
         const auto parameter = m_parameters.find(name);
@@ -68,7 +68,7 @@ private:
     UrlParameters m_parameters;
 };
 
-// A flag can only be set; no source clears what another has set.
+/// A flag can only be set: no source clears what another has set.
 template <typename Source>
 void SetFlag(const Source& source, const wchar_t* name, bool& field)
 {
@@ -84,7 +84,7 @@ void SetNumber(const Source& source, const wchar_t* name, Number& field)
     }
 }
 
-// A text that is given replaces the field even when it is empty.
+/// A text that is given replaces the field, even when it is empty.
 template <typename Source>
 void SetText(const Source& source, const wchar_t* name, std::wstring& field)
 {
@@ -94,7 +94,7 @@ void SetText(const Source& source, const wchar_t* name, std::wstring& field)
     }
 }
 
-// What a source does not have stays as it is.
+/// All settings there are. What the source does not give stays as it is.
 template <typename Source>
 void ReadSettings(const Source& source, SendRequest& request)
 {

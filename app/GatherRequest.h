@@ -6,7 +6,7 @@ struct SendRequest;
 /// Whether the line asks for the help text, which wins over everything else.
 bool AsksForHelp(const CommandLine& commandLine);
 
-/// The settings of a run: those of the switches, each replaced by the URL's where the URL has one.
-/// No setting can fail: unknown ones are ignored, a number that cannot be read leaves what stood
-/// before it. Throws CInvalidArgException when decoding one of the URL's values runs past its end.
+/// The settings of the run: the switches', and over them, field by field, the URL's. Unknown
+/// settings are ignored, and a number that cannot be read leaves its field as it was. Throws
+/// CInvalidArgException when decoding a value of the URL runs past its end; nothing else can fail.
 SendRequest GatherRequest(const CommandLine& commandLine);

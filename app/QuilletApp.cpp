@@ -26,7 +26,7 @@ bool NamesTarget(const SendRequest& request)
     return !request.windowClass.empty() || !request.windowText.empty();
 }
 
-// The platform and the pattern search alike take a null pointer for "any".
+/// The platform and the pattern search alike take a null pointer for "any".
 const wchar_t* NullIfEmpty(const std::wstring& text)
 {
     return text.empty() ? nullptr : text.c_str();
@@ -47,8 +47,8 @@ bool Notify(HWND target, const SendRequest& request)
                                 request.lParam) != 0;
 }
 
-// What the dialog's modal loop ended with, as result code. An answer is the message number itself,
-// so that WM_USER + 2 cannot be taken for the cancel command 2.
+/// What the dialog's modal loop ended with, as result code. An answer is the message number itself,
+/// so that WM_USER + 2 cannot be taken for the cancel command 2.
 int ResultOfLoop(int loopResult)
 {
     if (loopResult == IDCANCEL)

@@ -31,11 +31,11 @@ public:
     /// occurrences the first wins. Empty when the URL has no usable query string. Throws as
     /// UrlDecode does.
     static UrlParameters ParseUrlParameters(const wchar_t* url);
-    /// Restores percent escapes of control characters (all but 0x1F), of ASCII's punctuation and
-    /// blank (all but "%"), and pairs of escapes that are two bytes of UTF-8. Every other escape
-    /// stays as written. Throws CInvalidArgException when decoding runs past the end of the text:
-    /// it looks at two units after a "%" before it tests either, so a final "%" fails, while "50%2"
-    /// is kept.
+    /// Restores the percent escapes of control characters (not 0x1F), of the blank and of ASCII's
+    /// punctuation (not "%"). Any other escape is taken together with one that follows directly, as
+    /// two bytes of UTF-8, and stays as written when none does. Two units after a "%" are read
+    /// before either is tested: throws CInvalidArgException when that runs past the end of the
+    /// text, as for a final "%" but not for "50%2".
     static CString UrlDecode(CString text);
     /// Converts two bytes of UTF-8, the first in the high half, to one UTF-16 unit; 0 when the
     /// platform's conversion gives none.

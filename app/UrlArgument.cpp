@@ -5,10 +5,10 @@
 namespace
 {
 
-// Where a quote can first open a value inside the URL: behind the opening quote, one unit and "=".
+/// Where a quote can first open a value inside the URL: after the opening quote, one unit and "=".
 constexpr size_t kFirstInnerQuote = 3;
 
-// `quoted` begins with the opening quote.
+/// `quoted` begins with the opening quote.
 std::wstring_view CutQuotedUrl(std::wstring_view quoted)
 {
     size_t start = 1;

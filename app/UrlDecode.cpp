@@ -1,7 +1,7 @@
 // Percent-decoding, selective on purpose: it restores control characters, the characters of the two
-// tables below and two-byte UTF-8 sequences. Every other escape stays as it was written, %41 and
-// %25 among them, and a "+" never becomes a blank. Links in use rely on every one of these rules,
-// so they are kept as they stand.
+// tables below, and two other escapes in a row as a two-byte UTF-8 sequence. A single one stays as
+// it was written, %41 and %25 among them, and a "+" never becomes a blank. Links in use rely on
+// every one of these rules, so they are kept as they stand.
 #include "app/QuilletApp.h"
 
 #include <optional>
@@ -39,9 +39,9 @@ std::optional<unsigned> HexDigit(wchar_t unit)
     return std::nullopt;
 }
 
-// The byte of the escape whose "%" stands at `percent`. Both digits are read before either is
-// tested, so that a text ending in "%" reads past its end and raises the string's failure, also
-// kept on purpose.
+/// The byte of the escape whose "%" stands at `percent`. Both digits are read before either is
+/// tested, so that a text ending in "%" is read past its end, where the string throws. Kept on
+/// purpose, too.
 std::optional<unsigned> EscapedByte(const CString& text, int percent)
 {
     const auto high = HexDigit(text.GetAt(percent + 1));
@@ -53,7 +53,7 @@ std::optional<unsigned> EscapedByte(const CString& text, int percent)
     return *high << 4 | *low;
 }
 
-// 0x1F is a control character too, but the boundary leaves it out; kept.
+/// 0x1F is a control character too, but the boundary leaves it out; kept.
 bool IsRestored(unsigned byte)
 {
     return byte < 0x1F || byte == 0x7F ||

@@ -13,7 +13,7 @@ namespace
 /// Enough for every UTF-16 code unit in both the ANSI code page and UTF-8.
 constexpr unsigned kBytesPerUnit = 4;
 
-/// In 32-bit arithmetic; an overflow shows as a negative size, which nobody can provide.
+/// In 32-bit arithmetic; an overflow shows as a negative size, which ProvideStore refuses.
 int FirstCapacity(int units)
 {
     return static_cast<int>(kBytesPerUnit * static_cast<unsigned>(units));

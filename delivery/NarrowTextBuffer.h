@@ -5,12 +5,12 @@
 #include <cstdlib>
 #include <memory>
 
-/// A UTF-16 text converted to a code page, zero-terminated. Texts of up to 31 code units live
+/// A UTF-16 text converted to a code page, null-terminated. Texts of up to 31 code units live
 /// inside the object, longer ones in one heap block that the object owns.
 class NarrowTextBuffer
 {
 public:
-    /// Converts a zero-terminated text. Characters that the code page lacks become the system's
+    /// Converts a null-terminated text. Characters that the code page lacks become the system's
     /// default character. Throws the framework's memory exception, or its OLE exception with the
     /// HRESULT of any other failure.
     NarrowTextBuffer(const wchar_t* text, UINT codePage);

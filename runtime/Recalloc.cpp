@@ -29,7 +29,7 @@ void* Recalloc(void* block, size_t count, size_t size)
 
 } // namespace
 
-// It is declared as an imported function, so callers go through the import's pointer: this one.
+/// It is declared as an imported function, so callers go through the import's pointer: this one.
 extern "C" {
 void* (*__imp__recalloc)(void*, size_t, size_t) = &Recalloc;
 }

@@ -6,8 +6,8 @@
 #include <cstdint>
 
 extern "C" {
-// What the compiler's checks compare with. The highest byte is set, so that an unset guard is never
-// compared.
+/// What the compiler's checks compare with. The highest byte is set, so that an unset guard is
+/// never compared.
 std::uintptr_t __stack_chk_guard = 0x9E3779B97F4A7C15;
 
 [[noreturn]] void __stack_chk_fail();

@@ -33,9 +33,9 @@ private:
     bool m_attached;
 };
 
-// The system lets a thread set the foreground window only when it has a right to, as the thread of
-// the current one does. Attached to the target's thread, that right is shared; this process's own
-// thread is never attached.
+/// The system lets a thread set the foreground window only when it has a right to, as the thread of
+/// the current one does. Attached to the target's thread, that right is shared; this process's own
+/// thread is never attached.
 void SetForegroundAttached(HWND target, DWORD targetThread, DWORD foregroundThread)
 {
     for (int attempt = 0; attempt < kAttachAttempts; ++attempt)

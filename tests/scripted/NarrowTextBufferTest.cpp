@@ -8,7 +8,7 @@
 namespace
 {
 
-// Texts that fit into the inline store and that do not.
+/// Texts that fit into the inline store and that do not.
 const std::wstring kShort(31, L'a');
 const std::wstring kLong(32, L'a');
 

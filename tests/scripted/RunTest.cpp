@@ -34,8 +34,8 @@ Calls CopyDataSent(const char* waitDialog)
             ", dwData 0, 6 bytes: 61 0 62 0 63 0)"};
 }
 
-// Keeps what InitInstance said. Here nothing depends on it; with the vendor's framework, TRUE would
-// lead into a message loop that nobody ends.
+/// Keeps what InitInstance said. Here nothing depends on it; with the vendor's framework, TRUE
+/// would lead into a message loop that nobody ends.
 class AttentiveApp : public CQuilletApp
 {
 public:

@@ -15,7 +15,7 @@ HWND HandleFromNumber(UINT_PTR number)
     return reinterpret_cast<HWND>(number);
 }
 
-// What the platform does with a message that a window leaves to it. Nothing that matters here.
+/// What the platform does with a message that a window leaves to it. Nothing that matters here.
 LRESULT CALLBACK DefaultProcedure(HWND, UINT message, WPARAM, LPARAM)
 {
     ScriptedPlatform::Current()->defaulted.push_back(message);

@@ -16,7 +16,7 @@ using Units = std::u16string_view;
 using Rest = std::optional<Units>;
 
 /// A set that is not closed reaches to the end of the pattern.
-inline Units RestBehindSet(Units set)
+inline Units RestAfterSet(Units set)
 {
     while (!set.empty())
     {
@@ -38,7 +38,7 @@ inline Rest MatchMembers(Units members, char16_t unit)
     }
     if (members[0] == unit)
     {
-        return RestBehindSet(members);
+        return RestAfterSet(members);
     }
     const bool isRange = members.size() >= 2 && members[1] == u'-';
     if (!isRange)
@@ -54,7 +54,7 @@ inline Rest MatchMembers(Units members, char16_t unit)
     const bool downwards = bound <= unit && unit <= members[0];
     if (upwards || downwards)
     {
-        return RestBehindSet(members);
+        return RestAfterSet(members);
     }
     return MatchMembers(members.substr(3), unit);
 }

@@ -17,7 +17,7 @@ struct ReadBeyondEnd : std::runtime_error
     ReadBeyondEnd() : std::runtime_error("read beyond the end of a text") {}
 };
 
-/// `raw` is everything behind the switch.
+/// `raw` is everything after the switch.
 inline std::wstring CutUrl(const std::wstring& raw)
 {
     if (!raw.starts_with(L'"'))
@@ -125,7 +125,7 @@ inline std::wstring Decode(std::wstring text)
     return text;
 }
 
-/// Everything between the first "?" that something stands behind and the next blank, "#" or end.
+/// Everything between the first "?" that something follows and the next blank, "#" or end.
 inline std::wstring QueryOf(const std::wstring& url)
 {
     for (std::size_t i = 0; i + 1 < url.size(); ++i)

@@ -21,7 +21,7 @@ protected:
     }
 };
 
-// GoogleTest would catch what leaves the statement of a death test.
+/// GoogleTest would catch what leaves the statement of a death test.
 void NobodyCatches(void (*raise)()) noexcept
 {
     raise();

@@ -23,7 +23,7 @@ TEST(CommandLine, FindsASwitchInAnyLetterCase)
     EXPECT_FALSE(CommandLine(L"").Has(L" -nodlg"));
 }
 
-TEST(CommandLine, FindsASwitchOnlyBehindABlank)
+TEST(CommandLine, FindsASwitchOnlyAfterABlank)
 {
     EXPECT_FALSE(CommandLine(L"-nodlg").Has(L" -nodlg"));
     EXPECT_FALSE(CommandLine(L"q\t-nodlg").Has(L" -nodlg"));
@@ -42,14 +42,14 @@ TEST(CommandLine, LowersAToZOnly)
                  CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerAfter(L" -nam="));
 }
 
-TEST(CommandLine, GivesWhatStandsBehindTheFirstOccurrence)
+TEST(CommandLine, GivesWhatFollowsTheFirstOccurrence)
 {
     const CommandLine line(L"q -KLA=Abc -kla=D");
     EXPECT_EQ(L"Abc -kla=D", line.After(L" -kla="));
     EXPECT_STREQ(L"abc -kla=d", line.LowerAfter(L" -kla="));
 }
 
-TEST(CommandLine, GivesNothingBehindASwitchAtTheEnd)
+TEST(CommandLine, GivesNothingAfterASwitchAtTheEnd)
 {
     const CommandLine line(L"q -kla=");
     EXPECT_EQ(L"", line.After(L" -kla="));

@@ -136,7 +136,7 @@ TEST(Switches, ABlankBeforeTheDashIsRequired)
     });
 }
 
-TEST(Switches, FlagsNeedNothingBehindThem)
+TEST(Switches, TextOfAFlagMayGoOn)
 {
     ExpectRequests({
         {L"q -nodlgxyz", {.noDialog = true}},
@@ -325,7 +325,7 @@ TEST(UrlSettings, TrimsTextsAfterDecoding)
 }
 
 // What a link with a quote does to the command line that a handler's registration builds.
-TEST(UrlSettings, ReadsSwitchesBehindAQuoteInTheLink)
+TEST(UrlSettings, LeavesSwitchesAfterAQuoteInTheLink)
 {
     ExpectRequests({
         {L"q -url=\"demo:x?msg=1\" -nodlg -kla=Other\"",

@@ -9,7 +9,7 @@ namespace
 
 constexpr UINT kStep = WM_APP + 1;
 
-// Runs a step for each kStep message, named by its wParam.
+/// Runs a step for each kStep message, named by its wParam.
 class SteppingWindow : public PlainWindow
 {
 public:
@@ -67,7 +67,7 @@ TEST_F(ModalLoop, FirstResultWins)
     EXPECT_EQ(1, m_window.RunModalLoop());
 }
 
-TEST_F(ModalLoop, MessagesBehindTheEndStayInTheQueue)
+TEST_F(ModalLoop, MessagesAfterTheEndStayInTheQueue)
 {
     bool handled = false;
     DrainQueue();

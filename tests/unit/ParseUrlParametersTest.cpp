@@ -23,7 +23,7 @@ void ExpectParameters(const std::vector<UrlRow>& rows)
     }
 }
 
-TEST(UrlParameters, ComeFromTheFirstQuestionMarkThatSomethingStandsBehind)
+TEST(UrlParameters, ComeFromTheFirstQuestionMarkThatSomethingFollows)
 {
     ExpectParameters({
         {L"", {}},
@@ -35,7 +35,7 @@ TEST(UrlParameters, ComeFromTheFirstQuestionMarkThatSomethingStandsBehind)
         {L"?a=1", {{L"a", L"1"}}},
         {L"x??a=1", {}}, // the query string is "?a=1", and its only item no pair
         {L"x??a=1&b=2", {{L"b", L"2"}}},
-        {L"x?#?a=1", {{L"a", L"1"}}}, // the first "?" has nothing behind it
+        {L"x?#?a=1", {{L"a", L"1"}}}, // nothing follows the first "?"
         {L"x? ?a=1", {{L"a", L"1"}}},
         {L"x#f?a=1", {{L"a", L"1"}}},
         {L"x?a=1?b=2", {{L"a", L"1?b=2"}}},
@@ -102,7 +102,7 @@ TEST(UrlParameters, WithForeignLettersDoNotDisturbTheOthers)
     }
 }
 
-TEST(UrlParameters, HaveEverythingBehindTheFirstEqualsSignAsValue)
+TEST(UrlParameters, HaveEverythingAfterTheFirstEqualsSignAsValue)
 {
     ExpectParameters({
         {L"x?kla=a=b", {{L"kla", L"a=b"}}},
@@ -145,7 +145,7 @@ TEST(UrlParameters, KeepTheFirstOfEqualKeys)
     });
 }
 
-TEST(UrlParameters, WithAValueThatEndsInsideAnEscapeEndTheRun)
+TEST(UrlParameters, WhoseDecodingRunsPastItsEndEndTheRun)
 {
     for (const wchar_t* url : {L"x?a=%", L"x?a=1&b=%41%", L"x?a=%&b=1", L"x?a=1&a=%"})
     {

@@ -24,7 +24,7 @@ Block Filled(size_t bytes)
     return block;
 }
 
-// Null, and the old block kept, when it cannot be resized.
+/// Null, and the old block kept, when it cannot be resized.
 Block Resized(Block& old, size_t count, size_t size)
 {
     Block resized(static_cast<char*>(::_recalloc(old.get(), count, size)));
@@ -35,14 +35,14 @@ Block Resized(Block& old, size_t count, size_t size)
     return resized;
 }
 
-// A size that no memory can provide, kept from the compiler, which knows that too.
+/// A size that no memory can provide, kept from the compiler, which knows that too.
 size_t Impossible()
 {
     volatile size_t size = SIZE_MAX / 2;
     return size;
 }
 
-TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroBehindThem)
+TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroAfterThem)
 {
     Block block = Filled(10);
     const Block resized = Resized(block, 1'000, 4);

@@ -31,7 +31,7 @@ void ExpectRows(const Row (&rows)[N])
     }
 }
 
-TEST(UrlArgument, IsFoundBehindABlankInAnyLetterCase)
+TEST(UrlArgument, IsFoundAfterABlankInAnyLetterCase)
 {
     ExpectRows({
         {L"q -url=x?msg=1", L"x?msg=1"},
@@ -77,7 +77,7 @@ TEST(UrlArgument, QuotedEndsAtTheFirstQuoteThatOpensNoValue)
     });
 }
 
-TEST(UrlArgument, QuoteRightBehindTheBeginningClosesInSpiteOfAnEqualsSign)
+TEST(UrlArgument, QuoteRightAfterTheBeginningClosesInSpiteOfAnEqualsSign)
 {
     ExpectRows({
         {L"q -url=\"=\"a\"", L"="},

@@ -51,8 +51,8 @@ void ExpectRows(const Row (&rows)[N])
     }
 }
 
-// The bytes whose escape alone is replaced by their character: a row for each high digit, a column
-// for each low one, "R" restored, "." left as written.
+/// The bytes whose escape alone is replaced by their character: a row for each high digit, a column
+/// for each low one, "R" restored, "." left as written.
 constexpr const wchar_t* kRestored[16] = {
     L"RRRRRRRRRRRRRRRR", // control characters
     L"RRRRRRRRRRRRRRR.", // all but 0x1F
@@ -138,7 +138,7 @@ TEST(UrlDecode, LeavesWhatIsNoEscapeAsWritten)
         {L"%0x20", L"%0x20"},
         {L"%u0041", L"%u0041"},
         {L"%-1", L"%-1"},
-        {L"%%20", L"% "}, // the first "%" stays, the search goes on behind it
+        {L"%%20", L"% "}, // the first "%" stays, the search goes on after it
         {L"%2%20", L"%2 "},
         {L"%\uFF12\uFF10", L"%\uFF12\uFF10"}, // digits of another alphabet are none
         {L"%@0", L"%@0"},                     // neighbours of the digits' ranges
