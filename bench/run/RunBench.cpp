@@ -1,9 +1,9 @@
 // Measures whole runs beside bare programs that do the same, in turn in one run, and prints medians
 // and their ratio: from CreateProcessW to the end of the process, from the host's post to the end
 // of the process, and the memory that a waiting process has needed at most.
-#include "tests/support/HostWindow.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 
 #include <psapi.h>
 
@@ -123,7 +123,7 @@ void Compare(const char* what, const char* unit, double (*measure)(const Program
 void CompareSearch()
 {
     constexpr int kWindows = 2000;
-    const HostWindow last({L"QuilletBenchLast", L"Akte 4711 - Editor"});
+    const ScriptedHost last({L"QuilletBenchLast", L"Akte 4711 - Editor"});
     ::SetWindowPos(last.Handle(), HWND_BOTTOM, 0, 0, 0, 0,
                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     std::vector<HWND> windows;
@@ -142,7 +142,7 @@ void CompareSearch()
 
 int wmain()
 {
-    const HostWindow host({L"QuilletBenchHost", L"Host"});
+    const ScriptedHost host({L"QuilletBenchHost", L"Host"});
     constexpr Program kBareNotify{L"bare_notify.exe", L""};
     constexpr Program kBareDialog{L"bare_dialog.exe", L""};
     Compare("run, two bare programs", "ms", &WholeRun, kBareNotify, kBareNotify);

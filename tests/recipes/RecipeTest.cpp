@@ -1,8 +1,10 @@
 // The recipes that the handbook shows, run from their files against a host window.
-#include "tests/support/HostWindow.h"
+#include "app/ResultCode.h"
 #include "tests/support/OpenByShell.h"
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
+#include "tests/support/RunsUnderWine.h"
+#include "tests/support/ScriptedHost.h"
 
 #include <shellapi.h>
 
@@ -65,19 +67,12 @@ Outcome RunInCmd(const std::wstring& commandLine)
     return {exitCode, ContentOf(output)};
 }
 
-std::wstring TextIn(const ReceivedMessage& message)
-{
-    std::wstring text(message.bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), message.bytes.data(), text.size() * sizeof(wchar_t));
-    return text;
-}
-
 /// The host of the recipes.
-class RecipeHost : public HostWindow
+class RecipeHost : public ScriptedHost
 {
 public:
     explicit RecipeHost(Script script = AnswerWith(kAnswer))
-        : HostWindow({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
+        : ScriptedHost({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
     {
     }
 
@@ -87,7 +82,7 @@ public:
         const auto received = WaitForMessages(1);
         ASSERT_EQ(received.size(), 1u);
         EXPECT_EQ(received[0].message, static_cast<UINT>(WM_COPYDATA));
-        EXPECT_EQ(TextIn(received[0]), kText);
+        EXPECT_EQ(received[0].Text(), kText);
     }
 };
 
@@ -110,7 +105,7 @@ void ImportWithPath(const wchar_t* name)
     Replace(path, "\\", R"(\\)");
     Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
     // Wine 8 looks for schemes among the machine's classes only, Windows among the user's as well.
-    if (::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr)
+    if (RunsUnderWine())
     {
         Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");
     }
@@ -144,7 +139,7 @@ TEST_P(SendTextRecipe, SendsTheTextAndPassesTheAnswerOn)
 TEST_P(SendTextRecipe, TellsAMissingHostFromSuccess)
 {
     const Outcome outcome = Run();
-    EXPECT_EQ(outcome.exitCode, -2);
+    EXPECT_EQ(outcome.exitCode, kResultWindowNotFound);
     EXPECT_EQ(outcome.output, "Der Host ist nicht gestartet.\r\n");
 }
 
@@ -152,7 +147,7 @@ TEST_P(SendTextRecipe, TellsARefusalFromSuccess)
 {
     const RecipeHost host(ReturnFromCopyData(FALSE));
     const Outcome outcome = Run();
-    EXPECT_EQ(outcome.exitCode, -3);
+    EXPECT_EQ(outcome.exitCode, kResultSendFailed);
     EXPECT_EQ(outcome.output, "Der Host hat den Text nicht angenommen.\r\n");
     host.ExpectText();
 }
@@ -256,14 +251,14 @@ TEST_F(Recipe, CallerPassesTheCommandLineOnUnchanged)
 }
 
 // What the handbook warns of: programs that build the command line from a list put the quotes
-// around the whole argument, and a dash behind a quote begins no switch.
+// around the whole argument, and a dash after a quote begins no switch.
 TEST_F(Recipe, SwitchInsideQuotesIsNotFound)
 {
     const RecipeHost host;
     const Outcome outcome =
         RunInCmd(Quoted(BuiltProgram(L"quillet.exe")) +
                  L" -nodlg -kla=QuilletBeispielHost \"-copydata=Vorgang 4711\"");
-    EXPECT_EQ(outcome.exitCode, -1);
+    EXPECT_EQ(outcome.exitCode, kResultCancelled);
     const auto received = host.WaitForMessages(1);
     ASSERT_EQ(received.size(), 1u);
     EXPECT_EQ(received[0].message, static_cast<UINT>(WM_USER));

@@ -3,7 +3,7 @@
 #include "tests/support/Process.h"
 
 /// A host window in a process of its own, which ends with this object. The waits stand for the same
-/// moments as HostWindow's.
+/// moments as ScriptedHost's.
 class HostProcess : public Process
 {
 public:

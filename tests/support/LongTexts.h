@@ -20,3 +20,9 @@ std::basic_string<Unit> Repeated(const Unit* part, std::size_t times)
     }
     return text;
 }
+
+/// A line of the greatest length: `first`, as many x as fit, `last`.
+inline std::wstring LongestLine(const std::wstring& first, const std::wstring& last)
+{
+    return first + std::wstring(kLongestCommandLine - first.size() - last.size(), L'x') + last;
+}

@@ -57,7 +57,7 @@ std::wstring QuilletRun::CommandLine(std::wstring_view arguments)
 
 HWND QuilletRun::Dialog() const
 {
-    return FindProcessWindow(Id(), L"#32770", L"Orvane Anwendungsweiterleitung");
+    return FindProcessWindow(Id(), L"#32770", kWaitDialogCaption);
 }
 
 HWND QuilletRun::WaitForDialog() const

@@ -5,11 +5,14 @@
 #include <string>
 #include <string_view>
 
+/// The wait dialog's caption.
+inline constexpr const wchar_t* kWaitDialogCaption = L"Orvane Anwendungsweiterleitung";
+
 /// A run of the real program.
 class QuilletRun : public Process
 {
 public:
-    /// Starts the built program with the raw text `arguments` behind its quoted path; the text
+    /// Starts the built program with the raw text `arguments` after its quoted path; the text
     /// begins with the blank that the first switch needs.
     explicit QuilletRun(std::wstring_view arguments);
 

@@ -1,9 +1,9 @@
 // Bringing the target to the front, with real windows of other processes on a real desktop.
 #include "app/ResultCode.h"
 #include "tests/support/HostProcess.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RunsUnderWine.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -114,8 +114,8 @@ TEST(Activation, ATargetThatWasInFrontEndsInFront)
 // minimised and in front. The message is none that it reads as an answer.
 TEST(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
 {
-    constexpr auto kDialogItself = L" -nam=\"Orvane Anwendungsweiterleitung\" -msg=8000";
-    const QuilletRun run(std::wstring(L" -nodlg -activatewindow") + kDialogItself);
+    const QuilletRun run(std::wstring(L" -nodlg -activatewindow -msg=8000 -nam=\"") +
+                         kWaitDialogCaption + L'"');
     const HWND dialog = run.WaitForDialog();
     ASSERT_TRUE(WaitUntil([dialog] { return ::IsIconic(dialog) != FALSE; }));
     // By now the run waits for its one message, and all else has been done.
@@ -148,7 +148,7 @@ struct DialogState
 };
 
 /// Notes the dialog's state and posts it the answer WM_USER + 5.
-HostWindow::Script NoteDialogAndAnswer(DialogState& state)
+ScriptedHost::Script NoteDialogAndAnswer(DialogState& state)
 {
     return [&state](HWND host, const ReceivedMessage& message) {
         const HWND dialog = reinterpret_cast<HWND>(message.wParam);
@@ -160,7 +160,7 @@ HostWindow::Script NoteDialogAndAnswer(DialogState& state)
 TEST(Activation, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
 {
     DialogState state;
-    const HostWindow target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
+    const ScriptedHost target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
     // The answer is the one message that is pumped, but nobody waits for it: 0 stays.
     EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
               kResultAccepted);
@@ -171,7 +171,7 @@ TEST(Activation, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
 TEST(Activation, ADialogToWaitInIsShownNormally)
 {
     DialogState state;
-    const HostWindow target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
+    const ScriptedHost target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
     EXPECT_EQ(RunQuillet(L" -activatewindow -copydata=abc -kla=" + target.ClassName()), 5);
     EXPECT_TRUE(state.visible);
     EXPECT_FALSE(state.minimised);
@@ -179,7 +179,7 @@ TEST(Activation, ADialogToWaitInIsShownNormally)
 
 TEST(Activation, ARefusalEndsWithoutPumpingAMessage)
 {
-    const HostWindow target({UniqueName(L"Target"), L"Target"}, ReturnFromCopyData(0));
+    const ScriptedHost target({UniqueName(L"Target"), L"Target"}, ReturnFromCopyData(0));
     EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
               kResultSendFailed);
 }
@@ -207,8 +207,8 @@ TEST(Activation, WhatCannotBeActivatedStillReceives)
     };
     for (const auto& row : kRows)
     {
-        const HostWindow target({UniqueName(L"Target"), L"Target", row.style, row.extendedStyle},
-                                AnswerWith(5));
+        const ScriptedHost target({UniqueName(L"Target"), L"Target", row.style, row.extendedStyle},
+                                  AnswerWith(5));
         EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
                   kResultAccepted)
             << row.kind;

@@ -2,8 +2,8 @@
 // can.
 #include "app/ResultCode.h"
 #include "tests/support/HostProcess.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 namespace
 {
 
-/// Bytes as two-digit numbers with a blank behind each, so that a failure shows what arrived.
+/// Bytes as two-digit numbers with a blank after each, so that a failure shows what arrived.
 std::string Hex(const std::vector<std::byte>& bytes)
 {
     std::string text;
@@ -35,7 +35,7 @@ std::wstring EncodingSwitch(std::wstring_view name)
 }
 
 /// The arguments that send `text` to the host without waiting for an answer.
-std::wstring Send(const HostWindow& host, std::wstring_view text)
+std::wstring Send(const ScriptedHost& host, std::wstring_view text)
 {
     return L" -nodlg -kla=" + host.ClassName() + L" -copydata=\"" + std::wstring(text) + L"\"";
 }
@@ -43,7 +43,7 @@ std::wstring Send(const HostWindow& host, std::wstring_view text)
 /// The bytes that a host receives when the text is sent in this encoding.
 std::string Arriving(std::wstring_view text, std::wstring_view encoding)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host", WS_OVERLAPPEDWINDOW});
+    const ScriptedHost host({UniqueName(L"Host"), L"Host", WS_OVERLAPPEDWINDOW});
     EXPECT_EQ(RunQuillet(Send(host, text) + EncodingSwitch(encoding)), kResultAccepted);
     const auto received = host.Received();
     EXPECT_EQ(received.size(), 1u);
@@ -124,7 +124,7 @@ TEST_F(CopyDataEncoding, EncodingNamesAreComparedWholeAndInAnyCase)
 
 TEST(CopyData, AnExplicitlyEmptyEncodingNameSendsUtf16)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     EXPECT_EQ(RunQuillet(Send(host, L"\u00E4") + L" -copydataencoding=\"\""), kResultAccepted);
     ASSERT_EQ(host.Received().size(), 1u);
     EXPECT_EQ(Hex(host.Received()[0].bytes), "E4 00 ");
@@ -217,7 +217,7 @@ TEST(CopyData, DataCarriesAllBitsOfTheWParam)
     {
         for (const auto* encoding : {L"", L"UTF-8"})
         {
-            const HostWindow host({UniqueName(L"Host"), L"Host"});
+            const ScriptedHost host(UniqueHost());
             EXPECT_EQ(RunQuillet(Send(host, L"x") + wParam + EncodingSwitch(encoding)),
                       kResultAccepted);
             ASSERT_EQ(host.Received().size(), 1u);
@@ -228,11 +228,9 @@ TEST(CopyData, DataCarriesAllBitsOfTheWParam)
 
 TEST(CopyData, MessageOffsetAndLParamHaveNoEffect)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     EXPECT_EQ(RunQuillet(Send(host, L"abc") + L" -msg=7 -lparam=9"), kResultAccepted);
-    // Handled behind a notification that might be on its way.
-    ::SendMessageW(host.Handle(), WM_NULL, 0, 0);
-    const auto received = host.Received();
+    const auto received = host.ReceivedSoFar();
     ASSERT_EQ(received.size(), 1u);
     EXPECT_EQ(received[0].message, UINT{WM_COPYDATA});
     EXPECT_EQ(received[0].data, 0u);
@@ -241,7 +239,7 @@ TEST(CopyData, MessageOffsetAndLParamHaveNoEffect)
 
 TEST(CopyData, AnExplicitlyEmptyTextSendsTheNotificationInstead)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     EXPECT_EQ(RunQuillet(Send(host, L"") + L" -msg=7"), kResultCancelled);
     const auto received = host.WaitForMessages(1);
     ASSERT_EQ(received.size(), 1u);
@@ -264,16 +262,15 @@ TEST(CopyData, AnyReturnValueButZeroAccepts)
     };
     for (const auto& [returned, exitCode] : kRows)
     {
-        const HostWindow host({UniqueName(L"Host"), L"Host"}, ReturnFromCopyData(returned));
+        const ScriptedHost host(UniqueHost(), ReturnFromCopyData(returned));
         EXPECT_EQ(RunQuillet(Send(host, L"abc")), exitCode) << returned;
     }
 }
 
 TEST(CopyData, AWindowThatDoesNotKnowTheMessageRefuses)
 {
-    const HostWindow host(
-        {UniqueName(L"Host"), L"Host"},
-        [](HWND window, const ReceivedMessage& message) -> std::optional<LRESULT> {
+    const ScriptedHost host(
+        UniqueHost(), [](HWND window, const ReceivedMessage& message) -> std::optional<LRESULT> {
             return ::DefWindowProcW(window, message.message, message.wParam, message.lParam);
         });
     EXPECT_EQ(RunQuillet(Send(host, L"abc")), kResultSendFailed);
@@ -281,7 +278,7 @@ TEST(CopyData, AWindowThatDoesNotKnowTheMessageRefuses)
 
 TEST(CopyData, RefusalEndsTheRunWithoutWaiting)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"}, ReturnFromCopyData(0));
+    const ScriptedHost host(UniqueHost(), ReturnFromCopyData(0));
     EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), kResultSendFailed);
     ASSERT_EQ(host.Received().size(), 1u);
     EXPECT_NE(host.Received()[0].wParam, 0u);
@@ -289,7 +286,7 @@ TEST(CopyData, RefusalEndsTheRunWithoutWaiting)
 
 TEST(CopyData, WithoutADialogThereIsNoHandleToAnswerTo)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     EXPECT_EQ(RunQuillet(Send(host, L"abc")), kResultAccepted);
     ASSERT_EQ(host.Received().size(), 1u);
     EXPECT_EQ(host.Received()[0].wParam, 0u);
@@ -297,7 +294,7 @@ TEST(CopyData, WithoutADialogThereIsNoHandleToAnswerTo)
 
 TEST(CopyData, TheHandleIsTheWaitDialogs)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
     const auto received = host.WaitForMessages(1);
     ASSERT_EQ(received.size(), 1u);
@@ -310,7 +307,7 @@ TEST(CopyData, AnAnswerPostedAtOnceReplacesTheZero)
 {
     for (const UINT n : {0u, 1u, 2u, 1024u, 4096u})
     {
-        const HostWindow host({UniqueName(L"Host"), L"Host"}, AnswerWith(n));
+        const ScriptedHost host(UniqueHost(), AnswerWith(n));
         EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), static_cast<int>(n));
     }
 }
@@ -318,9 +315,9 @@ TEST(CopyData, AnAnswerPostedAtOnceReplacesTheZero)
 TEST(CopyData, AnAnswerPostedASecondLaterIsWaitedFor)
 {
     constexpr UINT kSecond = 1000;
-    HostOptions options{UniqueName(L"Host"), L"Host"};
+    ScriptedHostOptions options = UniqueHost();
     options.alsoRecord = {WM_TIMER};
-    const HostWindow host(
+    const ScriptedHost host(
         options, [](HWND window, const ReceivedMessage& message) -> std::optional<LRESULT> {
             if (message.message == WM_COPYDATA)
             {
@@ -341,7 +338,7 @@ TEST(CopyData, AnAnswerPostedASecondLaterIsWaitedFor)
 
 TEST(CopyData, WithoutAnAnswerTheUserCancels)
 {
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
     ASSERT_EQ(host.WaitForMessages(1).size(), 1u);
     const HWND dialog = run.WaitForWaitingDialog();
@@ -371,7 +368,7 @@ TEST(CopyData, TheDialogAnswersOthersWhileTheHostHangs)
     HostProcess host(name, L"Host", L"hang");
     const QuilletRun run(L" -copydata=abc -kla=" + name);
     ASSERT_TRUE(host.WaitUntilReceived());
-    EXPECT_EQ(AskForText(run.Dialog()), L"Orvane Anwendungsweiterleitung");
+    EXPECT_EQ(AskForText(run.Dialog()), kWaitDialogCaption);
     host.Kill();
     EXPECT_EQ(run.WaitForExit(), kResultSendFailed);
 }
@@ -381,11 +378,10 @@ TEST(CopyData, AHostMayDestroyItsWindowInsideTheHandler)
 {
     for (const LRESULT returned : {1, 0})
     {
-        const HostWindow host({UniqueName(L"Host"), L"Host"},
-                              [returned](HWND window, const ReceivedMessage&) {
-                                  ::DestroyWindow(window);
-                                  return std::optional(returned);
-                              });
+        const ScriptedHost host(UniqueHost(), [returned](HWND window, const ReceivedMessage&) {
+            ::DestroyWindow(window);
+            return std::optional(returned);
+        });
         EXPECT_EQ(RunQuillet(Send(host, L"abc")),
                   returned == 0 ? kResultSendFailed : kResultAccepted);
         EXPECT_FALSE(::IsWindow(host.Handle()));
@@ -395,16 +391,16 @@ TEST(CopyData, AHostMayDestroyItsWindowInsideTheHandler)
 TEST(CopyData, TheDialogHandlesWhatTheHostSendsFromInsideTheHandler)
 {
     std::wstring text;
-    const HostWindow host({UniqueName(L"Host"), L"Host"},
-                          [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
-                              const HWND dialog = DialogOf(message);
-                              ::SendMessageW(dialog, WM_NULL, 0, 0);
-                              text = AskForText(dialog);
-                              ::PostMessageW(dialog, WM_USER + 6, 0, 0);
-                              return TRUE;
-                          });
+    const ScriptedHost host(UniqueHost(),
+                            [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+                                const HWND dialog = DialogOf(message);
+                                ::SendMessageW(dialog, WM_NULL, 0, 0);
+                                text = AskForText(dialog);
+                                ::PostMessageW(dialog, WM_USER + 6, 0, 0);
+                                return TRUE;
+                            });
     EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 6);
-    EXPECT_EQ(text, L"Orvane Anwendungsweiterleitung");
+    EXPECT_EQ(text, kWaitDialogCaption);
 }
 
 // Kept on purpose: the loop that starts afterwards does not know of it, which is why hosts post
@@ -413,15 +409,15 @@ TEST(CopyData, AnAnswerSentFromInsideTheHandlerOnlyHidesTheDialog)
 {
     bool shownBefore = false;
     bool shownAfter = true;
-    const HostWindow host({UniqueName(L"Host"), L"Host"},
-                          [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
-                              const HWND dialog = DialogOf(message);
-                              shownBefore = ::IsWindowVisible(dialog);
-                              ::SendMessageW(dialog, WM_USER + 7, 0, 0);
-                              shownAfter = ::IsWindowVisible(dialog);
-                              ::PostMessageW(dialog, WM_USER + 9, 0, 0);
-                              return TRUE;
-                          });
+    const ScriptedHost host(UniqueHost(),
+                            [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+                                const HWND dialog = DialogOf(message);
+                                shownBefore = ::IsWindowVisible(dialog);
+                                ::SendMessageW(dialog, WM_USER + 7, 0, 0);
+                                shownAfter = ::IsWindowVisible(dialog);
+                                ::PostMessageW(dialog, WM_USER + 9, 0, 0);
+                                return TRUE;
+                            });
     EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 9);
     EXPECT_TRUE(shownBefore);
     EXPECT_FALSE(shownAfter);

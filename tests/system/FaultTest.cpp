@@ -2,8 +2,8 @@
 // ends, with the code that says what happened.
 #include "app/ResultCode.h"
 #include "tests/support/HostProcess.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -90,7 +90,7 @@ TEST(Fault, TheLastOfManyWindowsIsFound)
 {
     // Many more than a desktop has. Wine's cost of making them grows with the square.
     constexpr int kWindows = 500;
-    const HostWindow host({UniqueName(L"FaultHost"), L"Der letzte von vielen"}, AnswerWith(9));
+    const ScriptedHost host({UniqueName(L"FaultHost"), L"Der letzte von vielen"}, AnswerWith(9));
     ::SetWindowPos(host.Handle(), HWND_BOTTOM, 0, 0, 0, 0,
                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     std::vector<HWND> windows;

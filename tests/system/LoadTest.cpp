@@ -1,8 +1,8 @@
 // Many requests at once against one host: each arrives exactly once with its own content, and each
 // caller gets its own answer.
 #include "app/ResultCode.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -125,7 +125,7 @@ std::vector<int> RunAll(const std::wstring& target)
     return codes;
 }
 
-void ExpectEachOnceWithItsOwnAnswer(const HostWindow& host, const std::wstring& target)
+void ExpectEachOnceWithItsOwnAnswer(const ScriptedHost& host, const std::wstring& target)
 {
     const std::vector<int> codes = RunAll(target);
     for (int request = 0; request < kRequests; ++request)
@@ -147,13 +147,13 @@ void ExpectEachOnceWithItsOwnAnswer(const HostWindow& host, const std::wstring& 
 
 TEST(Load, RequestsArriveOnceAndGetTheirOwnAnswers)
 {
-    const HostWindow host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
+    const ScriptedHost host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
     ExpectEachOnceWithItsOwnAnswer(host, L" -kla=" + host.ClassName());
 }
 
 TEST(Load, SoTheyDoByPatternSearchWhileWindowsComeAndGo)
 {
-    const HostWindow host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
+    const ScriptedHost host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
     const std::jthread churn([](const std::stop_token& stop) {
         while (!stop.stop_requested())
         {

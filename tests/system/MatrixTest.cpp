@@ -1,8 +1,8 @@
 // Every combination of dialog, target, search, delivery, outcome and source of the settings, as
 // real runs. What each must end with stands in one table.
 #include "app/ResultCode.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -115,7 +115,6 @@ struct Wording
     bool activate;
 };
 
-constexpr const wchar_t* kCaption = L"Orvane Anwendungsweiterleitung";
 constexpr const wchar_t* kCopyData = L"Akte-4711";
 
 /// One real run with its host.
@@ -127,7 +126,7 @@ public:
     /// What went wrong, or nothing.
     std::string Run()
     {
-        const HostWindow host(
+        const ScriptedHost host(
             {UniqueName(L"MatrixHost"), UniqueName(L"MatrixText")},
             [this](HWND window, const ReceivedMessage& message) { return React(window, message); });
         const std::wstring arguments = Arguments(host);
@@ -158,7 +157,7 @@ private:
         return m_wording.glob ? L"[" + wanted.substr(0, 1) + L"]" + wanted.substr(1) : wanted;
     }
 
-    std::wstring Arguments(const HostWindow& host) const
+    std::wstring Arguments(const ScriptedHost& host) const
     {
         std::vector<std::wstring> flags;
         std::vector<std::pair<std::wstring, std::wstring>> values{
@@ -232,7 +231,7 @@ private:
             WaitUntil([this] { return m_process != 0; });
             Answer(message.message == WM_COPYDATA
                        ? reinterpret_cast<HWND>(message.wParam)
-                       : FindProcessWindow(m_process, nullptr, kCaption));
+                       : FindProcessWindow(m_process, nullptr, kWaitDialogCaption));
         }
         return m_row.host == Host::Refuses ? 0 : 1;
     }
@@ -245,7 +244,7 @@ private:
         }
     }
 
-    std::string Follow(const QuilletRun& run, const HostWindow& host) const
+    std::string Follow(const QuilletRun& run, const ScriptedHost& host) const
     {
         if (host.WaitForMessages(ExpectedMessages()).size() != ExpectedMessages())
         {
@@ -313,7 +312,7 @@ private:
                                                                                         : nullptr;
     }
 
-    std::string CheckMessages(const HostWindow& host) const
+    std::string CheckMessages(const ScriptedHost& host) const
     {
         const auto received = host.Received();
         if (received.size() != ExpectedMessages())
@@ -330,10 +329,9 @@ private:
             return message.message == WM_USER + 7u && message.wParam == static_cast<WPARAM>(-5) &&
                    message.lParam == 6;
         }
-        const std::wstring_view text(reinterpret_cast<const wchar_t*>(message.bytes.data()),
-                                     message.bytes.size() / 2);
         return message.message == WM_COPYDATA && message.data == static_cast<ULONG_PTR>(-5) &&
-               text == kCopyData && (message.wParam != 0) == (m_row.dialog != Dialog::None);
+               message.Text() == kCopyData &&
+               (message.wParam != 0) == (m_row.dialog != Dialog::None);
     }
 
     Row m_row;

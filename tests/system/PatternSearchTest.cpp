@@ -1,8 +1,8 @@
 // The search by pattern over all top-level windows, seen by which window a real run finds.
 #include "app/ResultCode.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RunsUnderWine.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -33,14 +33,7 @@ int Search(std::wstring_view title, std::wstring_view className = L"")
     return RunQuillet(arguments);
 }
 
-/// How many messages the host has received when everything sent so far is handled.
-size_t ReceivedCount(const HostWindow& host)
-{
-    ::SendMessageW(host.Handle(), WM_NULL, 0, 0);
-    return host.Received().size();
-}
-
-void MoveToTop(const HostWindow& host)
+void MoveToTop(const ScriptedHost& host)
 {
     ::SetWindowPos(host.Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -48,53 +41,53 @@ void MoveToTop(const HostWindow& host)
 TEST(PatternSearch, FindsByTextByClassAndByBoth)
 {
     const std::wstring name = UniqueName(L"Search");
-    const HostWindow host({name + L"Class", name + L" - Document 5"});
+    const ScriptedHost host({name + L"Class", name + L" - Document 5"});
     EXPECT_EQ(Search(name + L" - *"), kFound);
     EXPECT_EQ(Search(L"", name + L"*"), kFound);
     EXPECT_EQ(Search(L"*Document [0-9]", L"*" + name + L"?lass"), kFound);
-    EXPECT_EQ(ReceivedCount(host), 3u);
+    EXPECT_EQ(host.ReceivedSoFar().size(), 3u);
 }
 
 // Hidden ones, so that no window manager that has just focused one of them raises it meanwhile.
 TEST(PatternSearch, TakesTheWindowHigherInTheZOrder)
 {
     const std::wstring title = UniqueName(L"Twin");
-    const HostWindow one({UniqueName(L"Host"), title + L" one", WS_OVERLAPPEDWINDOW});
-    const HostWindow other({UniqueName(L"Host"), title + L" other", WS_OVERLAPPEDWINDOW});
+    const ScriptedHost one({UniqueName(L"Host"), title + L" one", WS_OVERLAPPEDWINDOW});
+    const ScriptedHost other({UniqueName(L"Host"), title + L" other", WS_OVERLAPPEDWINDOW});
     for (const auto& [top, bottom] : {std::pair(&one, &other), std::pair(&other, &one)})
     {
-        const size_t before = ReceivedCount(*bottom);
-        const size_t beforeTop = ReceivedCount(*top);
+        const size_t before = bottom->ReceivedSoFar().size();
+        const size_t beforeTop = top->ReceivedSoFar().size();
         MoveToTop(*top);
         EXPECT_EQ(Search(title + L"*"), kFound);
-        EXPECT_EQ(ReceivedCount(*top), beforeTop + 1);
-        EXPECT_EQ(ReceivedCount(*bottom), before);
+        EXPECT_EQ(top->ReceivedSoFar().size(), beforeTop + 1);
+        EXPECT_EQ(bottom->ReceivedSoFar().size(), before);
     }
 }
 
 TEST(PatternSearch, PassesOverWindowsThatMatchOnlyOneOfTwoPatterns)
 {
     const std::wstring name = UniqueName(L"Half");
-    const HostWindow both({name + L"Class", name + L"Title"});
-    const HostWindow onlyTitle({UniqueName(L"Other"), name + L"Title"});
-    const HostWindow onlyClass({name + L"ClassToo", L"Other"});
+    const ScriptedHost both({name + L"Class", name + L"Title"});
+    const ScriptedHost onlyTitle({UniqueName(L"Other"), name + L"Title"});
+    const ScriptedHost onlyClass({name + L"ClassToo", L"Other"});
     EXPECT_EQ(Search(name + L"Title", name + L"Class*"), kFound);
-    EXPECT_EQ(ReceivedCount(both), 1u);
-    EXPECT_EQ(ReceivedCount(onlyTitle), 0u);
-    EXPECT_EQ(ReceivedCount(onlyClass), 0u);
+    EXPECT_EQ(both.ReceivedSoFar().size(), 1u);
+    EXPECT_EQ(onlyTitle.ReceivedSoFar().size(), 0u);
+    EXPECT_EQ(onlyClass.ReceivedSoFar().size(), 0u);
 }
 
 TEST(PatternSearch, TextAndClassOfTwoDifferentWindowsFindNone)
 {
     const std::wstring name = UniqueName(L"Split");
-    const HostWindow titled({UniqueName(L"Other"), name + L"Title"});
-    const HostWindow classed({name + L"Class", L"Other"});
+    const ScriptedHost titled({UniqueName(L"Other"), name + L"Title"});
+    const ScriptedHost classed({name + L"Class", L"Other"});
     EXPECT_EQ(Search(name + L"Title", name + L"Class"), kNotFound);
 }
 
 TEST(PatternSearch, NoKindOfTopLevelWindowIsPassedOver)
 {
-    const HostWindow owner({UniqueName(L"Owner"), L"Owner"});
+    const ScriptedHost owner({UniqueName(L"Owner"), L"Owner"});
     const struct
     {
         const char* kind;
@@ -114,16 +107,16 @@ TEST(PatternSearch, NoKindOfTopLevelWindowIsPassedOver)
     for (const auto& row : kRows)
     {
         const std::wstring title = UniqueName(L"Kind");
-        const HostWindow host(
+        const ScriptedHost host(
             {UniqueName(L"Host"), title, row.style, row.extendedStyle, row.owner});
         EXPECT_EQ(Search(title + L"*"), kFound) << row.kind;
-        EXPECT_EQ(ReceivedCount(host), 1u) << row.kind;
+        EXPECT_EQ(host.ReceivedSoFar().size(), 1u) << row.kind;
     }
 }
 
 TEST(PatternSearch, ChildAndMessageOnlyWindowsAreNotSearched)
 {
-    const HostWindow parent({UniqueName(L"Parent"), L"Parent"});
+    const ScriptedHost parent({UniqueName(L"Parent"), L"Parent"});
     const struct
     {
         const char* kind;
@@ -136,7 +129,7 @@ TEST(PatternSearch, ChildAndMessageOnlyWindowsAreNotSearched)
     for (const auto& row : kRows)
     {
         const std::wstring title = UniqueName(L"Inner");
-        const HostWindow host({UniqueName(L"Host"), title, row.style, 0, row.parent});
+        const ScriptedHost host({UniqueName(L"Host"), title, row.style, 0, row.parent});
         ASSERT_TRUE(::IsWindow(host.Handle())) << row.kind;
         EXPECT_EQ(Search(title + L"*"), kNotFound) << row.kind;
     }
@@ -144,18 +137,18 @@ TEST(PatternSearch, ChildAndMessageOnlyWindowsAreNotSearched)
 
 TEST(PatternSearch, AStarAloneTakesTheTopmostWindowEvenHiddenAndUntitled)
 {
-    HostOptions options{UniqueName(L"Host")};
+    ScriptedHostOptions options{UniqueName(L"Host")};
     options.style = WS_POPUP;
     options.extendedStyle = WS_EX_TOPMOST;
-    const HostWindow host(options);
+    const ScriptedHost host(options);
     MoveToTop(host);
     EXPECT_EQ(Search(L"*"), kFound);
-    EXPECT_EQ(ReceivedCount(host), 1u);
+    EXPECT_EQ(host.ReceivedSoFar().size(), 1u);
 }
 
 TEST(PatternSearch, AnUntitledWindowMatchesAStarButNotOneUnitMore)
 {
-    const HostWindow host({UniqueName(L"Untitled")});
+    const ScriptedHost host({UniqueName(L"Untitled")});
     EXPECT_EQ(Search(L"*", host.ClassName()), kFound);
     EXPECT_EQ(Search(L"**", host.ClassName()), kFound);
     EXPECT_EQ(Search(L"?*", host.ClassName()), kNotFound);
@@ -192,7 +185,7 @@ TEST(PatternSearch, LongTextsAreMatchedOnTheirFirst4095Units)
     const std::wstring fill(kSeen - prefix.size() - 1, L'x');
     // The units at the border: `y` is the last one seen, `z` the first one cut off.
     const std::wstring title = prefix + fill + L"yz and the tail";
-    const HostWindow host({UniqueName(L"Host"), title});
+    const ScriptedHost host({UniqueName(L"Host"), title});
     EXPECT_EQ(Search(prefix + L"*"), kFound);
     EXPECT_EQ(Search(prefix + L"*tail"), kNotFound);
     EXPECT_EQ(Search(prefix + L"*yz*"), kNotFound);
@@ -204,20 +197,20 @@ TEST(PatternSearch, LongTextsAreMatchedOnTheirFirst4095Units)
 TEST(PatternSearch, WithoutTheSwitchPatternsAreTakenLiterally)
 {
     const std::wstring name = UniqueName(L"Literal");
-    const HostWindow host({name, name});
+    const ScriptedHost host({name, name});
     EXPECT_EQ(RunQuillet(L" -nodlg -kla=*"), kNotFound);
     EXPECT_EQ(RunQuillet(L" -nodlg -nam=" + name + L"*"), kNotFound);
     EXPECT_EQ(RunQuillet(L" -nodlg -kla=" + name + L"*"), kNotFound);
 
-    const HostWindow star({UniqueName(L"Host"), name + L" [*]"});
+    const ScriptedHost star({UniqueName(L"Host"), name + L" [*]"});
     EXPECT_EQ(RunQuillet(L" -nodlg -nam=\"" + name + L" [*]\""), kFound);
-    EXPECT_EQ(ReceivedCount(star), 1u);
-    EXPECT_EQ(ReceivedCount(host), 0u);
+    EXPECT_EQ(star.ReceivedSoFar().size(), 1u);
+    EXPECT_EQ(host.ReceivedSoFar().size(), 0u);
 }
 
 TEST(PatternSearch, LetterCaseMattersOnlyForPatterns)
 {
-    const HostWindow host({UniqueName(L"HostOfCase"), UniqueName(L"Editor")});
+    const ScriptedHost host({UniqueName(L"HostOfCase"), UniqueName(L"Editor")});
     std::wstring lower = host.Title();
     lower[0] = L'e';
     std::wstring lowerClass = host.ClassName();

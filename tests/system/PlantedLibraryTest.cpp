@@ -1,9 +1,9 @@
 // Libraries planted beside the program, as a download folder may hold them, are never loaded.
 #include "tests/support/PlantedLibrary.h"
 
-#include "tests/support/HostWindow.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -102,7 +102,7 @@ TEST(PlantedLibraries, DoNotDisturbAWholeRun)
 {
     const PlantedFolder folder;
     const auto program = folder.Copy(L"quillet.exe");
-    const HostWindow host({UniqueName(L"PlantedHost"), L"Host"}, AnswerWith(7));
+    const ScriptedHost host({UniqueName(L"PlantedHost"), L"Host"}, AnswerWith(7));
     const Process run(program,
                       CommandLine(program, L" -activatewindow -copydata=x -url=\"demo://open?kla=" +
                                                host.ClassName() + L"\""));

@@ -2,21 +2,19 @@
 // receives.
 #include "app/AbnormalEnd.h"
 #include "app/ResultCode.h"
-#include "tests/support/HostWindow.h"
+#include "tests/support/LongTexts.h"
 #include "tests/support/OpenByShell.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cwchar>
 #include <string>
 
 namespace
 {
-
-/// The longest command line that the platform lets a process have, in code units.
-constexpr size_t kLongestCommandLine = 32'766;
 
 /// What a run brought about, as far as the caller and the host can see it.
 struct Outcome
@@ -43,13 +41,6 @@ Outcome Sent(std::wstring text)
 Outcome NothingReceived(int exitCode)
 {
     return {exitCode, std::nullopt, std::nullopt};
-}
-
-std::wstring Utf16(const std::vector<std::byte>& bytes)
-{
-    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-    return text;
 }
 
 std::string Printable(const std::optional<std::wstring>& text)
@@ -88,16 +79,14 @@ protected:
         const size_t before = m_host.Received().size();
         Outcome outcome;
         outcome.exitCode = QuilletRun(WithNames(arguments)).WaitForExit();
-        // Handled behind everything that the run has sent.
-        ::SendMessageW(m_host.Handle(), WM_NULL, 0, 0);
-        const auto received = m_host.Received();
+        const auto received = m_host.ReceivedSoFar();
         EXPECT_LE(received.size(), before + 1);
         if (received.size() > before)
         {
             const auto& last = received.back();
             if (last.message == WM_COPYDATA)
             {
-                outcome.text = Utf16(last.bytes);
+                outcome.text = last.Text();
             }
             else
             {
@@ -113,21 +102,11 @@ protected:
         return kLongestCommandLine - QuilletRun::CommandLine(L" -url=").size();
     }
 
-    const HostWindow& Host() const { return m_host; }
+    const ScriptedHost& Host() const { return m_host; }
 
 private:
-    HostWindow m_host{{UniqueName(L"url"), UniqueName(L"title")}};
+    ScriptedHost m_host{{UniqueName(L"url"), UniqueName(L"title")}};
 };
-
-std::wstring Repeat(std::wstring_view text, size_t times)
-{
-    std::wstring result;
-    for (size_t i = 0; i < times; ++i)
-    {
-        result += text;
-    }
-    return result;
-}
 
 TEST_F(UrlRun, ParametersTakeEffectInTheRun)
 {
@@ -202,7 +181,7 @@ TEST_F(UrlRun, QuotesDecideWhereTheUrlEnds)
         // A blank ends the query, even inside a quoted value: the message is lost.
         {L" -kla=HOST -url=\"x?nam=\"TITLE B\"&msg=2\" -nodlg", Notified(0)},
         {L" -kla=HOST -url=\"x?nam=\"TITLE\"&msg=2\" -nodlg", Notified(2)},
-        // Without a closing quote the URL takes in the switches behind it, which count all the
+        // Without a closing quote the URL takes in the switches after it, which count all the
         // same.
         {L" -url=\"x?kla=HOST&msg=2 -nodlg -msg=3", Notified(2)},
         // An escaped quote is none.
@@ -255,14 +234,14 @@ TEST_F(UrlRun, UrlsAsLongAsACommandLineGiveTheRightResult)
 
     // An odd rest of the line takes plain units.
     const std::wstring rest(room % 6, L'r');
-    EXPECT_EQ(Run(L" -url=" + head + rest + Repeat(L"%C3%A4", room / 6)),
+    EXPECT_EQ(Run(L" -url=" + head + rest + Repeated(L"%C3%A4", room / 6)),
               Sent(rest + std::wstring(room / 6, L'\u00E4')));
 
     // Alone an escaped letter stays as it was written; two escapes in a row are taken for a pair.
-    const std::wstring letters = Repeat(L"%41", room / 3);
+    const std::wstring letters = Repeated(L"%41", room / 3);
     EXPECT_EQ(Run(L" -url=" + head + letters),
               Sent(std::wstring(room / 6, L'A') + (room / 3 % 2 == 1 ? L"%41" : L"")));
-    const std::wstring apart = Repeat(L"%41.", room / 4);
+    const std::wstring apart = Repeated(L"%41.", room / 4);
     EXPECT_EQ(Run(L" -url=" + head + apart), Sent(apart));
 }
 
@@ -270,8 +249,8 @@ TEST_F(UrlRun, ThousandsOfParametersAreReadToTheLast)
 {
     const std::wstring tail = WithNames(L"nodlg&kla=HOST&msg=5");
     const size_t room = RoomForUrl() - tail.size() - 2;
-    EXPECT_EQ(Run(L" -url=x?" + Repeat(L"a&", room / 2) + tail), Notified(5));
-    EXPECT_EQ(Run(L" -url=x?" + Repeat(L"p=1;", room / 4) + tail), Notified(5));
+    EXPECT_EQ(Run(L" -url=x?" + Repeated(L"a&", room / 2) + tail), Notified(5));
+    EXPECT_EQ(Run(L" -url=x?" + Repeated(L"p=1;", room / 4) + tail), Notified(5));
 
     std::wstring different;
     for (int i = 0; different.size() + 10 < room; ++i)
@@ -287,12 +266,12 @@ TEST_F(UrlRun, NothingButSeparatorsOrUnusableItemsChangesNothing)
     const size_t room = RoomForUrl() - switches.size() - 2;
     for (const auto* unit : {L"&", L";", L"?", L"=", L"-", L"\u00E4", L"%"})
     {
-        EXPECT_EQ(Run(switches + L" -url=x?" + Repeat(unit, room)), Notified(4))
+        EXPECT_EQ(Run(switches + L" -url=x?" + Repeated(unit, room)), Notified(4))
             << testing::PrintToString(std::wstring(unit));
     }
     // No query at all, and quotes that never close a URL.
     EXPECT_EQ(Run(switches + L" -url=" + std::wstring(room, L'x')), Notified(4));
-    EXPECT_EQ(Run(switches + L" -url=\"x" + Repeat(L"=\"", room / 2)), Notified(4));
+    EXPECT_EQ(Run(switches + L" -url=\"x" + Repeated(L"=\"", room / 2)), Notified(4));
 }
 
 // The string's failure is not caught on purpose. What counts is that nobody takes the end for a
@@ -308,7 +287,7 @@ TEST_F(UrlRun, ATextThatEndsInsideAnEscapeEndsTheRunAbnormally)
                 << testing::PrintToString(std::wstring(text));
         }
     }
-    EXPECT_EQ(::FindWindowW(nullptr, L"Orvane Anwendungsweiterleitung"), nullptr);
+    EXPECT_EQ(::FindWindowW(nullptr, kWaitDialogCaption), nullptr);
 }
 
 /// A URL scheme that starts the built program, for as long as the object lives. It is registered
@@ -349,14 +328,14 @@ TEST(UrlScheme, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
     {
         GTEST_SKIP() << "no right to register a scheme";
     }
-    const HostWindow host({UniqueName(L"Host"), L"Host"}, AnswerWith(42));
+    const ScriptedHost host(UniqueHost(), AnswerWith(42));
     EXPECT_EQ(OpenByShell(scheme + L"://open/record?kla=" + host.ClassName() +
                           L"&wparam=7&copydata=%22Sch%C3%B6ne%20Gr%C3%BC%C3%9Fe%3A%201%262%22#top"),
               42);
     const auto received = host.Received();
     ASSERT_EQ(received.size(), 1u);
     EXPECT_EQ(received[0].data, 7u);
-    EXPECT_EQ(Utf16(received[0].bytes), L"Sch\u00F6ne Gr\u00FC\u00DFe: 1&2");
+    EXPECT_EQ(received[0].Text(), L"Sch\u00F6ne Gr\u00FC\u00DFe: 1&2");
 }
 
 TEST(UrlScheme, AQuoteInAClickedLinkSmugglesSwitches)
@@ -367,7 +346,7 @@ TEST(UrlScheme, AQuoteInAClickedLinkSmugglesSwitches)
     {
         GTEST_SKIP() << "no right to register a scheme";
     }
-    const HostWindow host({UniqueName(L"Host"), L"Host"});
+    const ScriptedHost host(UniqueHost());
     EXPECT_EQ(OpenByShell(scheme + L":x\" -nodlg -msg=9 -kla=" + host.ClassName() + L" \""),
               kResultCancelled);
     const auto received = host.WaitForMessages(1);

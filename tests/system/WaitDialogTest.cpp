@@ -18,9 +18,9 @@
 // button, and while the dialog is minimised. The framework's dialog class therefore handles these
 // keys itself; without that the rows below that end with them give 0.
 #include "app/ResultCode.h"
-#include "tests/support/HostWindow.h"
 #include "tests/support/RandomSeed.h"
 #include "tests/support/RealInput.h"
+#include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 #include "tests/support/WaitingRun.h"
 
@@ -292,7 +292,7 @@ bool WaitUntilInFront(HWND dialog)
 void LoseFocusAndGetItBack(HWND dialog)
 {
     {
-        const HostWindow other({UniqueName(L"Other"), L"Other"});
+        const ScriptedHost other({UniqueName(L"Other"), L"Other"});
         EXPECT_TRUE(other.WaitForFocus());
     }
     EXPECT_TRUE(WaitUntilInFront(dialog));

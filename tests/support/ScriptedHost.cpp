@@ -1,8 +1,10 @@
-#include "tests/support/HostWindow.h"
+#include "tests/support/ScriptedHost.h"
 
 #include "tests/support/RunsUnderWine.h"
+#include "tests/support/UniqueName.h"
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -52,7 +54,19 @@ bool IsRequest(UINT message)
 
 } // namespace
 
-HostWindow::HostWindow(HostOptions options, Script script)
+std::wstring ReceivedMessage::Text() const
+{
+    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+    return text;
+}
+
+ScriptedHostOptions UniqueHost(std::wstring title)
+{
+    return {UniqueName(L"Host"), std::move(title)};
+}
+
+ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
     : m_options(std::move(options)), m_script(std::move(script)),
       m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { Run(); })
 {
@@ -63,14 +77,14 @@ HostWindow::HostWindow(HostOptions options, Script script)
     }
 }
 
-HostWindow::~HostWindow()
+ScriptedHost::~ScriptedHost()
 {
     ::PostThreadMessageW(m_threadId, kClose, 0, 0);
     m_thread.join();
     ::CloseHandle(m_ready);
 }
 
-void HostWindow::Run()
+void ScriptedHost::Run()
 {
     const HINSTANCE module = ::GetModuleHandleW(nullptr);
     WNDCLASSW windowClass{};
@@ -110,7 +124,7 @@ void HostWindow::Run()
     ::UnregisterClassW(m_options.className.c_str(), module);
 }
 
-void HostWindow::Note(UINT threadMessage)
+void ScriptedHost::Note(UINT threadMessage)
 {
     {
         const std::scoped_lock lock(m_mutex);
@@ -120,7 +134,7 @@ void HostWindow::Note(UINT threadMessage)
     m_changed.notify_all();
 }
 
-LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK ScriptedHost::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_NCCREATE)
     {
@@ -132,7 +146,7 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     {
         PostToOwnThread(kFocused);
     }
-    auto* host = reinterpret_cast<HostWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* host = reinterpret_cast<ScriptedHost*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
     if (host != nullptr && host->Records(message))
     {
         const auto result = host->Handle(window, Copy(message, wParam, lParam));
@@ -148,13 +162,13 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wParam,
     return ::DefWindowProcW(window, message, wParam, lParam);
 }
 
-bool HostWindow::Records(UINT message) const
+bool ScriptedHost::Records(UINT message) const
 {
     return IsRequest(message) ||
            std::ranges::find(m_options.alsoRecord, message) != m_options.alsoRecord.end();
 }
 
-std::optional<LRESULT> HostWindow::Handle(HWND window, const ReceivedMessage& message)
+std::optional<LRESULT> ScriptedHost::Handle(HWND window, const ReceivedMessage& message)
 {
     {
         const std::scoped_lock lock(m_mutex);
@@ -165,27 +179,35 @@ std::optional<LRESULT> HostWindow::Handle(HWND window, const ReceivedMessage& me
     return !result && message.message == WM_COPYDATA ? 1 : result;
 }
 
-std::vector<ReceivedMessage> HostWindow::Received() const
+std::vector<ReceivedMessage> ScriptedHost::Received() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_received;
 }
 
-std::vector<ReceivedMessage> HostWindow::WaitForMessages(size_t count,
-                                                         std::chrono::milliseconds limit) const
+std::vector<ReceivedMessage> ScriptedHost::ReceivedSoFar() const
+{
+    // Handled after everything that is on its way; a registered message, which is not recorded.
+    static const UINT fence = ::RegisterWindowMessageW(L"QuilletTestFence");
+    ::SendMessageW(m_window, fence, 0, 0);
+    return Received();
+}
+
+std::vector<ReceivedMessage> ScriptedHost::WaitForMessages(size_t count,
+                                                           std::chrono::milliseconds limit) const
 {
     std::unique_lock lock(m_mutex);
     m_changed.wait_for(lock, limit, [&] { return m_received.size() >= count; });
     return m_received;
 }
 
-bool HostWindow::WaitForAnswers(size_t count, std::chrono::milliseconds limit) const
+bool ScriptedHost::WaitForAnswers(size_t count, std::chrono::milliseconds limit) const
 {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, limit, [&] { return m_answered >= count; });
 }
 
-bool HostWindow::WaitForFocus() const
+bool ScriptedHost::WaitForFocus() const
 {
     if (!RunsUnderWine())
     {
@@ -195,7 +217,7 @@ bool HostWindow::WaitForFocus() const
     return m_changed.wait_for(lock, kWaitLimit, [&] { return m_focused; });
 }
 
-HostWindow::Script AnswerWith(UINT n)
+ScriptedHost::Script AnswerWith(UINT n)
 {
     return [n](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
         if (message.message != WM_COPYDATA)
@@ -207,7 +229,7 @@ HostWindow::Script AnswerWith(UINT n)
     };
 }
 
-HostWindow::Script ReturnFromCopyData(LRESULT result)
+ScriptedHost::Script ReturnFromCopyData(LRESULT result)
 {
     return [result](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
         return message.message == WM_COPYDATA ? std::optional(result) : std::nullopt;

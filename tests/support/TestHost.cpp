@@ -2,7 +2,7 @@
 // killed, it can hang, and the platform's foreground rules see it as a stranger. It reports what
 // happens to it (see HostReport.h). Called as: test_host CLASS TITLE [minimised|hidden] [hang]
 #include "tests/support/HostReport.h"
-#include "tests/support/HostWindow.h"
+#include "tests/support/ScriptedHost.h"
 
 #include <shellapi.h>
 
@@ -42,7 +42,7 @@ int wmain()
     {
         return 2;
     }
-    HostOptions options{arguments[1], arguments[2]};
+    ScriptedHostOptions options{arguments[1], arguments[2]};
     options.alsoRecord = {WM_ACTIVATE};
     bool hangs = false;
     for (int i = 3; i < count; ++i)
@@ -52,7 +52,7 @@ int wmain()
         options.style &= word == L"hidden" ? ~DWORD{WS_VISIBLE} : ~DWORD{0};
         hangs = hangs || word == L"hang";
     }
-    const HostWindow host(options, [hangs](HWND window, const ReceivedMessage& message) {
+    const ScriptedHost host(options, [hangs](HWND window, const ReceivedMessage& message) {
         return ReportAndHandle(window, message, hangs);
     });
     const bool getsFocus = (options.style & (WS_VISIBLE | WS_MINIMIZE)) == WS_VISIBLE;

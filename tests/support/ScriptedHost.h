@@ -22,10 +22,13 @@ struct ReceivedMessage
     /// For WM_COPYDATA: dwData, and the bytes that cbData and lpData named at the time.
     ULONG_PTR data = 0;
     std::vector<std::byte> bytes;
+
+    /// The bytes as UTF-16.
+    std::wstring Text() const;
 };
 
 /// How a host window is made.
-struct HostOptions
+struct ScriptedHostOptions
 {
     /// Registered for the window's lifetime.
     std::wstring className;
@@ -37,13 +40,16 @@ struct HostOptions
     std::vector<UINT> alsoRecord = {};
 };
 
+/// The usual host: visible, with a class name of its own.
+ScriptedHostOptions UniqueHost(std::wstring title = L"Host");
+
 /// A host application's window on a thread of its own, with a scripted answer and a record of what
 /// arrived. Seen from the program under test it belongs to another process.
 ///
 /// The waits stand for different moments, and what a test may do next depends on which: a message
 /// that has *arrived* is perhaps still being handled, and its sender waits; when it is *answered*,
 /// the sender has its result.
-class HostWindow
+class ScriptedHost
 {
 public:
     /// Runs on the host's thread for each recorded message, inside the window procedure. Its value
@@ -53,11 +59,11 @@ public:
 
     /// Returns when the window exists (and is shown, if it is to be) and its thread handles
     /// messages. Throws std::runtime_error when that takes longer than kWaitLimit.
-    explicit HostWindow(HostOptions options, Script script = {});
+    explicit ScriptedHost(ScriptedHostOptions options, Script script = {});
     /// Destroys the window, if it still exists, and ends the thread.
-    ~HostWindow();
-    HostWindow(const HostWindow&) = delete;
-    HostWindow& operator=(const HostWindow&) = delete;
+    ~ScriptedHost();
+    ScriptedHost(const ScriptedHost&) = delete;
+    ScriptedHost& operator=(const ScriptedHost&) = delete;
 
     HWND Handle() const { return m_window; }
     const std::wstring& ClassName() const { return m_options.className; }
@@ -65,6 +71,8 @@ public:
 
     /// What has arrived so far, in order.
     std::vector<ReceivedMessage> Received() const;
+    /// The same, with what is still on its way: everything that was sent before this call.
+    std::vector<ReceivedMessage> ReceivedSoFar() const;
     /// Waits until at least `count` messages have arrived; gives what has arrived then, or by the
     /// limit. The last of them may still be in its handler.
     std::vector<ReceivedMessage>
@@ -85,7 +93,7 @@ private:
     bool Records(UINT message) const;
     std::optional<LRESULT> Handle(HWND window, const ReceivedMessage& message);
 
-    HostOptions m_options;
+    ScriptedHostOptions m_options;
     Script m_script;
     HWND m_window = nullptr;
     mutable std::mutex m_mutex;
@@ -100,6 +108,6 @@ private:
 
 /// A script that accepts every copy-data message and then posts the answer WM_USER + n to the
 /// dialog that it names.
-HostWindow::Script AnswerWith(UINT n);
+ScriptedHost::Script AnswerWith(UINT n);
 /// A script that gives every copy-data message this result and never answers.
-HostWindow::Script ReturnFromCopyData(LRESULT result);
+ScriptedHost::Script ReturnFromCopyData(LRESULT result);
