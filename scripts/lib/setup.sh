@@ -23,7 +23,7 @@ done
 [[ -z ${QUILLET_SKIP_SETUP:-} ]] || exit 0
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-  fail "this is not Debian 12 or a relative of it: install what these packages hold by hand," \
+  fail "this is neither Debian 12 nor 13 nor a relative of theirs: install what these packages hold by hand," \
     "then set QUILLET_SKIP_SETUP=1 and run the command again: ${wanted[*]}"
 fi
 
@@ -63,7 +63,7 @@ if ! apt install --no-install-recommends "${missing[@]}"; then
     fail "the Debian mirror cannot be reached: this machine needs a network for the first run, see build/setup.log"
   elif grep -q 'Unable to locate package' "$log"; then
     fail "the package sources of this machine do not have all packages: the lists in /etc/apt must name" \
-      "Debian 12 (main) or newer, see build/setup.log"
+      "Debian 12 or 13 (main), see build/setup.log"
   fi
   tail -n 5 "$log" >&2
   fail "apt-get could not install the packages, its reasons are in build/setup.log"
