@@ -13,6 +13,7 @@ import sys
 import time
 
 from mutants import mutants_of
+from suites import filter_of
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 WORK = ROOT / "build/mutate"
@@ -22,16 +23,17 @@ FOLDERS = ("app", "target", "delivery", "framework", "runtime")
 
 # A step builds a target and runs a test program with this filter; the steps go from quick to thorough.
 Step = collections.namedtuple("Step", "target program filter")
-SLOW_UNIT_TESTS = "Gathering.AgreesWith*"
+SLOW_UNIT_TESTS = filter_of("GatheringAtRandom", "GlobMatchAtRandom")
 # Take minutes, and repeat as a whole what the others look at one by one.
-LEFT_OUT = "Load.*:*FiveThousand*:*/Matrix.*"
+LEFT_OUT = filter_of("Load", "Matrix")
 # Which real runs are most likely to notice a defect of a folder.
+WAIT_DIALOG = ("WaitDialog", "CancellingAction", "HarmlessAction", "RandomActions", "AboutBox", "AboutBoxKey", "AboutCommand")
 NEAREST_RUNS = {
-    "app": "RunFlow*:UrlRun*",
-    "target": "Activation*:PatternSearch*",
-    "delivery": "CopyData*:WaitDialog*:AboutBox*",
-    "framework": "WaitDialog*:AboutBox*:RunFlow*",
-    "runtime": "RunFlow*",
+    "app": filter_of("RunFlow", "UrlRun"),
+    "target": filter_of("Activation", "PatternSearch"),
+    "delivery": filter_of("CopyData", "CopyDataEncoding", *WAIT_DIALOG),
+    "framework": filter_of("RunFlow", *WAIT_DIALOG),
+    "runtime": filter_of("RunFlow"),
 }
 PROGRAMS = ("unit_tests", "scripted_tests", "system_tests", "recipe_tests", "quillet", "test_host", "example_host")
 

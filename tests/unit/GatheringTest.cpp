@@ -213,7 +213,7 @@ private:
     std::mt19937 m_random;
 };
 
-TEST(Gathering, AgreesWithThePlainRulesOnRandomLines)
+TEST(GatheringAtRandom, AgreesWithThePlainRulesOnRandomLines)
 {
     LineMaker maker(RandomSeed());
     Tally tally;
@@ -230,7 +230,7 @@ TEST(Gathering, AgreesWithThePlainRulesOnRandomLines)
 
 // A search guided by results: a line whose request no line before gave joins the corpus, and the
 // next ones are made by changing lines of the corpus.
-TEST(Gathering, AgreesWithThePlainRulesOnMutatedLines)
+TEST(GatheringAtRandom, AgreesWithThePlainRulesOnMutatedLines)
 {
     std::vector<std::wstring> corpus{
         L"q -url=demo://open?kla=Notepad&msg=5",
