@@ -36,20 +36,32 @@ TEST_F(CopyDataDelivery, EncodingIsChosenByItsName)
                         Sent("3 bytes: 61 62 63")};
     const Calls utf8 = {"WideCharToMultiByte(65001, 0, 4 units, inline store, 16)",
                         Sent("3 bytes: 61 62 63")};
-    const Calls utf16 = {Sent("6 bytes: 61 0 62 0 63 0")};
+    const Calls utf16 = {Sent("6 bytes: 61 00 62 00 63 00")};
+    // clang-format off
     const EncodingRow rows[] = {
-        {L"ANSI", ansi},     {L"ansi", ansi},    {L"aNsI", ansi},
-        {L"UTF-8", utf8},    {L"utf-8", utf8},   {L"Utf8", utf8},
-        {L"UTF8", utf8},     {L"", utf16},       {L"UNICODE", utf16},
-        {L"unicode", utf16}, {L"UTF-16", utf16}, {L" ANSI", utf16}, // the name is compared whole
-        {L"ANSI ", utf16},   {L"UTF_8", utf16},  {L"Latin1", utf16},
+        {L"ANSI", ansi},
+        {L"ansi", ansi},
+        {L"aNsI", ansi},
+        {L"UTF-8", utf8},
+        {L"utf-8", utf8},
+        {L"Utf8", utf8},
+        {L"UTF8", utf8},
+        {L"", utf16},
+        {L"UNICODE", utf16},
+        {L"unicode", utf16},
+        {L"UTF-16", utf16},
+        {L" ANSI", utf16}, // the name is compared whole
+        {L"ANSI ", utf16},
+        {L"UTF_8", utf16},
+        {L"Latin1", utf16},
     };
+    // clang-format on
     for (const EncodingRow& row : rows)
     {
         SCOPED_TRACE(row.name);
         m_platform.ForgetCalls();
         m_request.copyDataEncoding = row.name;
-        EXPECT_EQ(kResultAccepted, Deliver());
+        EXPECT_EQ(Deliver(), kResultAccepted);
         EXPECT_TRUE(m_platform.Made(row.calls));
     }
 }
@@ -60,7 +72,7 @@ TEST_F(CopyDataDelivery, UmlautTakesTwoBytesInUtf8)
     m_request.copyDataEncoding = L"UTF-8";
     Deliver();
     EXPECT_TRUE(m_platform.Made(
-        {"WideCharToMultiByte(65001, 0, 2 units, inline store, 8)", Sent("2 bytes: c3 a4")}));
+        {"WideCharToMultiByte(65001, 0, 2 units, inline store, 8)", Sent("2 bytes: C3 A4")}));
 }
 
 TEST_F(CopyDataDelivery, Utf16IsSentFromTheRequestItself)
@@ -69,7 +81,7 @@ TEST_F(CopyDataDelivery, Utf16IsSentFromTheRequestItself)
     const void* sent = nullptr;
     m_platform.duringCopyData = [&sent](const COPYDATASTRUCT& data) { sent = data.lpData; };
     Deliver();
-    EXPECT_EQ(m_request.copyData.data(), sent);
+    EXPECT_EQ(sent, m_request.copyData.data());
 }
 
 TEST_F(CopyDataDelivery, WParamTravelsAsDwDataAndTheRestDoesNot)
@@ -79,7 +91,7 @@ TEST_F(CopyDataDelivery, WParamTravelsAsDwDataAndTheRestDoesNot)
     m_request.messageOffset = 7;
     Deliver();
     EXPECT_TRUE(m_platform.Made(
-        {"SendMessageW(target, WM_COPYDATA, NULL, dwData -5, 6 bytes: 61 0 62 0 63 0)"}));
+        {"SendMessageW(target, WM_COPYDATA, NULL, dwData -5, 6 bytes: 61 00 62 00 63 00)"}));
 }
 
 TEST_F(CopyDataDelivery, WaitDialogTravelsAlong)
@@ -87,7 +99,7 @@ TEST_F(CopyDataDelivery, WaitDialogTravelsAlong)
     const HWND dialog = m_platform.AddWindow({.name = "dialog"});
     DeliverCopyData(m_target, m_request, dialog);
     EXPECT_TRUE(m_platform.Made(
-        {"SendMessageW(target, WM_COPYDATA, dialog, dwData 0, 6 bytes: 61 0 62 0 63 0)"}));
+        {"SendMessageW(target, WM_COPYDATA, dialog, dwData 0, 6 bytes: 61 00 62 00 63 00)"}));
 }
 
 TEST_F(CopyDataDelivery, HostsWholeAnswerCounts)
@@ -95,16 +107,20 @@ TEST_F(CopyDataDelivery, HostsWholeAnswerCounts)
     const struct
     {
         LRESULT answer;
+        // clang-format off
         ResultCode result;
     } rows[] = {
-        {1, kResultAccepted},           {-1, kResultAccepted},
+        {1, kResultAccepted},
+        {-1, kResultAccepted},
         {0x100000000, kResultAccepted}, // its low 32 bits are zero
-        {INT64_MIN, kResultAccepted},   {0, kResultSendFailed},
+        {INT64_MIN, kResultAccepted},
+        {0, kResultSendFailed},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         m_platform.copyDataResult = row.answer;
-        EXPECT_EQ(row.result, Deliver()) << row.answer;
+        EXPECT_EQ(Deliver(), row.result) << row.answer;
     }
 }
 
@@ -130,7 +146,7 @@ TEST_F(CopyDataDelivery, FailedConversionSendsNothing)
 {
     m_request.copyDataEncoding = L"ANSI";
     m_platform.conversions = {{0, ERROR_INVALID_PARAMETER}};
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([this] { Deliver(); }));
+    EXPECT_EQ(ThrownCode([this] { Deliver(); }), E_INVALIDARG);
     EXPECT_TRUE(m_platform.Made({"WideCharToMultiByte(0, 0, 4 units, inline store, 16)"}));
 }
 

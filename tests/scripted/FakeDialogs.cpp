@@ -45,7 +45,7 @@ HWND WINAPI FakeGetAncestor(HWND, UINT)
     return nullptr;
 }
 
-// The only value that anybody sets here is the window's procedure.
+/// The only value that anybody sets here is the window's procedure.
 LONG_PTR WINAPI FakeSetWindowLongPtrW(HWND window, int, LONG_PTR value)
 {
     return reinterpret_cast<LONG_PTR>(
@@ -78,7 +78,7 @@ BOOL WINAPI FakeAppendMenuW(HMENU menu, UINT flags, UINT_PTR id, LPCWSTR text)
     return TRUE;
 }
 
-// With no room for the text, the platform gives a pointer to it.
+/// With no room for the text, the platform gives a pointer to it.
 int WINAPI FakeLoadStringW(HINSTANCE, UINT id, LPWSTR buffer, int capacity)
 {
     Record("LoadStringW", std::int64_t{id}, std::int64_t{capacity});
@@ -100,7 +100,7 @@ int WINAPI FakeGetSystemMetrics(int index)
                                 : 0;
 }
 
-// Not at the origin: only the size may count.
+/// Not at the origin: only the size may count.
 BOOL WINAPI FakeGetClientRect(HWND, LPRECT rect)
 {
     const SIZE size = Platform().clientSize;

@@ -44,8 +44,8 @@ void* __real_calloc(size_t count, size_t size);
 void __real_free(void* block);
 size_t __real_wcslen(const wchar_t* text);
 
-// The product asks for bytes. The run-time libraries, which come through here as well, ask for
-// objects.
+/// The product asks for bytes. The run-time libraries, which come through here as well, ask for
+/// objects.
 void* __wrap_calloc(size_t count, size_t size)
 {
     if (ScriptedPlatform::Current() == nullptr || size != 1)

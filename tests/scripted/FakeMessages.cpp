@@ -1,35 +1,32 @@
 // Fakes: the messages that the run sends, posts and waits for, and the conversion of their text.
 #include "tests/scripted/FakeHandles.h"
 #include "tests/scripted/Recording.h"
+#include "tests/support/BytesAsText.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <sstream>
+#include <span>
 #include <string>
 
 namespace
 {
 
 /// Size and first bytes.
-std::string Bytes(const COPYDATASTRUCT& data)
+std::string Content(const COPYDATASTRUCT& data)
 {
     constexpr size_t kMost = 16;
-    std::ostringstream text;
-    text << data.cbData << " bytes:" << std::hex;
-    const auto* bytes = static_cast<const unsigned char*>(data.lpData);
-    for (size_t i = 0; i < std::min<size_t>(data.cbData, kMost); ++i)
-    {
-        text << ' ' << static_cast<unsigned>(bytes[i]);
-    }
-    return text.str() + (data.cbData > kMost ? " ..." : "");
+    const std::span bytes(static_cast<const std::byte*>(data.lpData), data.cbData);
+    return std::to_string(bytes.size()) +
+           " bytes: " + BytesAsText(bytes.first(std::min(bytes.size(), kMost))) +
+           (bytes.size() > kMost ? " ..." : "");
 }
 
 LRESULT DeliverToHost(HWND window, WPARAM wParam, LPARAM lParam)
 {
     const auto& data = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     Record("SendMessageW", window, std::string("WM_COPYDATA"), reinterpret_cast<HWND>(wParam),
-           "dwData " + std::to_string(static_cast<std::int64_t>(data.dwData)), Bytes(data));
+           "dwData " + std::to_string(static_cast<std::int64_t>(data.dwData)), Content(data));
     Platform().duringCopyData(data);
     return Platform().copyDataResult;
 }
@@ -66,7 +63,7 @@ LRESULT WINAPI FakeSendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM
     return Platform().Send(window, message, wParam, lParam);
 }
 
-// A window that waits for ever would only be noticed by the watchdog.
+/// A window that waits for ever would only be noticed by the watchdog.
 BOOL WINAPI FakeGetMessageW(LPMSG message, HWND, UINT, UINT)
 {
     Record("GetMessageW");
@@ -99,7 +96,7 @@ void WINAPI FakePostQuitMessage(int)
     Platform().Quit();
 }
 
-// Without a script, for the test program's own purposes, the real one.
+/// Without a script, for the test program's own purposes, the real one.
 int WINAPI FakeWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH text, int units, LPSTR store,
                                    int capacity, LPCCH defaultCharacter, LPBOOL defaultUsed)
 {

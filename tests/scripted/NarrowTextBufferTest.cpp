@@ -46,7 +46,7 @@ TEST_F(NarrowText, ThirtyOneUnitsLiveInside)
 {
     {
         const NarrowTextBuffer buffer(kShort.c_str(), CP_UTF8);
-        EXPECT_STREQ(std::string(31, 'a').c_str(), buffer.Bytes());
+        EXPECT_STREQ(buffer.Bytes(), std::string(31, 'a').c_str());
     }
     EXPECT_TRUE(m_platform.Made({Conversion(32, "inline store", 128)}));
 }
@@ -55,7 +55,7 @@ TEST_F(NarrowText, ThirtyTwoUnitsLiveInABlock)
 {
     {
         const NarrowTextBuffer buffer(kLong.c_str(), CP_UTF8);
-        EXPECT_STREQ(std::string(32, 'a').c_str(), buffer.Bytes());
+        EXPECT_STREQ(buffer.Bytes(), std::string(32, 'a').c_str());
     }
     EXPECT_TRUE(m_platform.Made(
         {"calloc(132, 1) = block 1", Conversion(33, "block 1", 132), "free(block 1)"}));
@@ -64,7 +64,7 @@ TEST_F(NarrowText, ThirtyTwoUnitsLiveInABlock)
 TEST_F(NarrowText, EmptyTextIsItsTerminator)
 {
     const NarrowTextBuffer buffer(L"", CP_UTF8);
-    EXPECT_STREQ("", buffer.Bytes());
+    EXPECT_STREQ(buffer.Bytes(), "");
     EXPECT_TRUE(m_platform.Made({Conversion(1, "inline store", 4)}));
 }
 
@@ -78,7 +78,7 @@ TEST_F(NarrowText, FirstCapacityHoldsTheLongestSequences)
 {
     const std::wstring euros(31, L'\u20AC');
     const NarrowTextBuffer buffer(euros.c_str(), CP_UTF8);
-    EXPECT_EQ(93u, std::strlen(buffer.Bytes()));
+    EXPECT_EQ(std::strlen(buffer.Bytes()), 93u);
 }
 
 TEST_F(NarrowText, TooSmallInlineStoreGivesWayToABlock)
@@ -128,7 +128,7 @@ TEST_F(NarrowText, BlockIsGivenUpWhenTheInlineStoreSuffices)
 TEST_F(NarrowText, SecondRefusalIsAFailure)
 {
     m_platform.conversions = {kTooSmall, Giving(500), kTooSmall};
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER), ThrownCode([] { Convert(kLong); }));
+    EXPECT_EQ(ThrownCode([] { Convert(kLong); }), HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER));
     EXPECT_TRUE(m_platform.Made(
         {"calloc(132, 1) = block 1", Conversion(33, "block 1", 132), Conversion(33, "no store", 0),
          "_recalloc(block 1, 500, 1) = block 2", Conversion(33, "block 2", 500), "free(block 2)"}));
@@ -139,7 +139,7 @@ TEST_F(NarrowText, FailedMeasurementEndsInTheFailureOfTheSecondAttempt)
 {
     m_platform.conversions = {kTooSmall, Failing(ERROR_INVALID_FLAGS),
                               Failing(ERROR_INVALID_PARAMETER)};
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_PARAMETER), ThrownCode([] { Convert(kLong); }));
+    EXPECT_EQ(ThrownCode([] { Convert(kLong); }), HRESULT_FROM_WIN32(ERROR_INVALID_PARAMETER));
     EXPECT_TRUE(m_platform.Made({"calloc(132, 1) = block 1", Conversion(33, "block 1", 132),
                                  Conversion(33, "no store", 0), "free(block 1)",
                                  Conversion(33, "inline store", 0)}));
@@ -148,7 +148,7 @@ TEST_F(NarrowText, FailedMeasurementEndsInTheFailureOfTheSecondAttempt)
 TEST_F(NarrowText, NegativeMeasurementIsAnInvalidArgument)
 {
     m_platform.conversions = {kTooSmall, Giving(-1)};
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([] { Convert(kLong); }));
+    EXPECT_EQ(ThrownCode([] { Convert(kLong); }), E_INVALIDARG);
     EXPECT_TRUE(m_platform.Made({"calloc(132, 1) = block 1", Conversion(33, "block 1", 132),
                                  Conversion(33, "no store", 0), "free(block 1)"}));
 }
@@ -171,7 +171,7 @@ TEST_F(NarrowText, OtherFailureIsNotTriedAgain)
         SCOPED_TRACE(row.error);
         m_platform.ForgetCalls();
         m_platform.conversions = {Failing(row.error)};
-        EXPECT_EQ(row.code, ThrownCode([] { Convert(kShort); }));
+        EXPECT_EQ(ThrownCode([] { Convert(kShort); }), row.code);
         EXPECT_TRUE(m_platform.Made({Conversion(32, "inline store", 128)}));
     }
 }
@@ -179,14 +179,14 @@ TEST_F(NarrowText, OtherFailureIsNotTriedAgain)
 TEST_F(NarrowText, FailureFreesTheBlock)
 {
     m_platform.conversions = {Failing(ERROR_INVALID_PARAMETER)};
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([] { Convert(kLong); }));
+    EXPECT_EQ(ThrownCode([] { Convert(kLong); }), E_INVALIDARG);
     EXPECT_TRUE(m_platform.Made(
         {"calloc(132, 1) = block 1", Conversion(33, "block 1", 132), "free(block 1)"}));
 }
 
 TEST_F(NarrowText, UnknownCodePageFails)
 {
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([] { Convert(L"a", 12345); }));
+    EXPECT_EQ(ThrownCode([] { Convert(L"a", 12345); }), E_INVALIDARG);
 }
 
 TEST_F(NarrowText, NoMemoryForTheFirstBlock)
@@ -219,7 +219,7 @@ TEST_F(NarrowText, NoMemoryForTheResizedBlockFreesTheOldOne)
 TEST_F(NarrowText, TooLongATextIsAnInvalidArgument)
 {
     m_platform.textLength = 0x1FFFFFFF;
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([] { NarrowTextBuffer(L"", CP_UTF8); }));
+    EXPECT_EQ(ThrownCode([] { NarrowTextBuffer(L"", CP_UTF8); }), E_INVALIDARG);
     EXPECT_TRUE(m_platform.Made({}));
 }
 

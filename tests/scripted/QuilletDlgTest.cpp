@@ -47,7 +47,7 @@ TEST_F(QuilletDlg, GetsItsAboutEntryAndBothIcons)
 TEST_F(QuilletDlg, LeavesTheFirstFocusToThePlatform)
 {
     Create();
-    EXPECT_EQ(TRUE, m_platform.answerToInitDialog);
+    EXPECT_EQ(m_platform.answerToInitDialog, TRUE);
 }
 
 TEST_F(QuilletDlg, WithoutSystemMenuGetsIconsOnly)
@@ -74,7 +74,7 @@ TEST_F(QuilletDlg, AnswersEndIt)
         Send(message, 11, 12);
         EXPECT_TRUE(m_platform.Made({"EndDialog(dialog, " + std::to_string(message) + ")"}));
         // An answer gets its default processing, too.
-        EXPECT_EQ(std::vector{message}, m_platform.defaulted);
+        EXPECT_EQ(m_platform.defaulted, std::vector{message});
     }
 }
 
@@ -86,7 +86,7 @@ TEST_F(QuilletDlg, OtherMessagesDoNotEndIt)
         CreateUnrecorded();
         Send(message);
         EXPECT_TRUE(m_platform.Made({}));
-        EXPECT_EQ(std::vector{message}, m_platform.defaulted);
+        EXPECT_EQ(m_platform.defaulted, std::vector{message});
     }
 }
 
@@ -120,7 +120,7 @@ TEST_F(QuilletDlg, OtherSystemCommandsAreThePlatforms)
         CreateUnrecorded();
         Send(WM_SYSCOMMAND, command);
         EXPECT_TRUE(m_platform.Made({}));
-        EXPECT_EQ(std::vector<UINT>{WM_SYSCOMMAND}, m_platform.defaulted);
+        EXPECT_EQ(m_platform.defaulted, std::vector<UINT>{WM_SYSCOMMAND});
     }
 }
 
@@ -142,7 +142,7 @@ TEST_F(QuilletDlg, PaintsAsThePlatformDoesUnlessMinimised)
     CreateUnrecorded();
     Send(WM_PAINT);
     EXPECT_TRUE(m_platform.Made({"IsIconic(dialog)"}));
-    EXPECT_EQ(std::vector<UINT>{WM_PAINT}, m_platform.defaulted);
+    EXPECT_EQ(m_platform.defaulted, std::vector<UINT>{WM_PAINT});
 }
 
 struct PaintRow
@@ -180,7 +180,7 @@ TEST_F(QuilletDlg, CentresItsIconWhenMinimised)
 TEST_F(QuilletDlg, IsDraggedAsItsIcon)
 {
     CreateUnrecorded();
-    EXPECT_EQ(reinterpret_cast<LRESULT>(ScriptedPlatform::Icon()), Send(WM_QUERYDRAGICON));
+    EXPECT_EQ(Send(WM_QUERYDRAGICON), reinterpret_cast<LRESULT>(ScriptedPlatform::Icon()));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Whole runs, from the command line to the exit code, call by call.
 #include "app/HelpText.h"
 #include "app/QuilletApp.h"
+#include "app/ResultCode.h"
 #include "res/resource.h"
 #include "tests/scripted/ScriptedPlatform.h"
 #include "tests/scripted/Thrown.h"
@@ -31,7 +32,7 @@ Calls Ended(int result)
 Calls CopyDataSent(const char* waitDialog)
 {
     return {std::string("SendMessageW(target, WM_COPYDATA, ") + waitDialog +
-            ", dwData 0, 6 bytes: 61 0 62 0 63 0)"};
+            ", dwData 0, 6 bytes: 61 00 62 00 63 00)"};
 }
 
 /// Keeps what InitInstance said. Here nothing depends on it; with the vendor's framework, TRUE
@@ -73,35 +74,31 @@ protected:
     const HWND m_dialog = ScriptedPlatform::DialogHandle(IDD_QUILLET_DIALOG);
 };
 
-// --- help ---
-
 TEST_F(Run, HelpWinsOverEverythingElse)
 {
-    EXPECT_EQ(-1, ExitCode(L" -kla=Host -activatewindow -Copydata=abc -?"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -activatewindow -Copydata=abc -?"), kResultCancelled);
     EXPECT_TRUE(Made({"MessageBoxW(NULL, text, \"Orvane\", 0x40)"}));
-    EXPECT_EQ(BuildHelpText(L"quillet.exe -kla=Host -activatewindow -Copydata=abc -?"),
-              m_platform.messageBoxText);
+    EXPECT_EQ(m_platform.messageBoxText,
+              BuildHelpText(L"quillet.exe -kla=Host -activatewindow -Copydata=abc -?"));
 }
-
-// --- nothing to search ---
 
 TEST_F(Run, WithoutTargetAndDialogEndsAtOnce)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -msg=5 -seaglob -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -nodlg -msg=5 -seaglob -copydata=abc"), kResultCancelled);
     EXPECT_TRUE(Made({}));
 }
 
 TEST_F(Run, WithoutTargetOnlyWaits)
 {
     m_platform.Post(m_dialog, WM_COMMAND, IDCANCEL);
-    EXPECT_EQ(-1, ExitCode(L" -kla=\"\" -nam= -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=\"\" -nam= -copydata=abc"), kResultCancelled);
     EXPECT_TRUE(Made(kDialogShown + kOneMessage + Ended(2) + kDialogGone));
 }
 
 TEST_F(Run, WithoutTargetActivatesNothing)
 {
     m_platform.Post(m_dialog, WM_NULL);
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -activatewindow"));
+    EXPECT_EQ(ExitCode(L" -nodlg -activatewindow"), kResultCancelled);
     EXPECT_TRUE(Made(kDialogMinimised + kOneMessage + kDialogGone));
 }
 
@@ -109,40 +106,40 @@ TEST_F(Run, WithoutTargetActivatesNothing)
 
 TEST_F(Run, MissingNameIsNoCondition)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -nam=\"Mein Fenster\""));
+    EXPECT_EQ(ExitCode(L" -nodlg -nam=\"Mein Fenster\""), kResultCancelled);
     EXPECT_TRUE(Made(Calls{"FindWindowW(NULL, \"Mein Fenster\")"} + kNotified));
 }
 
 TEST_F(Run, ClassAndTextAreTakenLiterally)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -kla=* -nam=[a]?"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=* -nam=[a]?"), kResultCancelled);
     EXPECT_TRUE(Made(Calls{"FindWindowW(\"*\", \"[a]?\")"} + kNotified));
 }
 
 TEST_F(Run, WindowNotFoundEndsWithMinusTwo)
 {
     m_platform.found = nullptr;
-    EXPECT_EQ(-2, ExitCode(L" -nodlg -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -copydata=abc"), kResultWindowNotFound);
     EXPECT_TRUE(Made(kFound));
 }
 
 TEST_F(Run, WindowNotFoundTakesTheDialogAway)
 {
     m_platform.found = nullptr;
-    EXPECT_EQ(-2, ExitCode(L" -kla=Host -activatewindow"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -activatewindow"), kResultWindowNotFound);
     EXPECT_TRUE(Made(kDialogShown + kFound + kDialogGone));
 }
 
 TEST_F(Run, PatternSearchAsksEachWindow)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -seaglob -nam=Host*"));
+    EXPECT_EQ(ExitCode(L" -nodlg -seaglob -nam=Host*"), kResultCancelled);
     EXPECT_TRUE(
         Made(Calls{"EnumWindows()", "GetWindowTextW(target, zeroed buffer, 4096)"} + kNotified));
 }
 
 TEST_F(Run, PatternSearchWithoutResultEndsWithMinusTwo)
 {
-    EXPECT_EQ(-2, ExitCode(L" -nodlg -seaglob -kla=host*"));
+    EXPECT_EQ(ExitCode(L" -nodlg -seaglob -kla=host*"), kResultWindowNotFound);
     EXPECT_TRUE(Made({"EnumWindows()", "RealGetWindowClassW(target, zeroed buffer, 4096)"}));
 }
 
@@ -150,7 +147,7 @@ TEST_F(Run, PatternSearchWithoutResultEndsWithMinusTwo)
 TEST_F(Run, PatternSearchCanFindTheWaitDialogItself)
 {
     m_platform.Post(m_dialog, WM_USER + 4);
-    EXPECT_EQ(4, ExitCode(L" -seaglob -nam=*"));
+    EXPECT_EQ(ExitCode(L" -seaglob -nam=*"), 4);
     EXPECT_TRUE(Made(kDialogShown +
                      Calls{"EnumWindows()", "GetWindowTextW(dialog, zeroed buffer, 4096)",
                            "SendNotifyMessageW(dialog, 0x400, 0, 0)"} +
@@ -161,21 +158,21 @@ TEST_F(Run, PatternSearchCanFindTheWaitDialogItself)
 
 TEST_F(Run, NotificationAloneEndsWithMinusOne)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host"), kResultCancelled);
     EXPECT_TRUE(Made(kFound + kNotified));
 }
 
 TEST_F(Run, FailedNotificationEndsWithMinusThree)
 {
     m_platform.notificationResult = FALSE;
-    EXPECT_EQ(-3, ExitCode(L" -nodlg -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host"), kResultSendFailed);
     EXPECT_TRUE(Made(kFound + kNotified));
 }
 
 TEST_F(Run, FailedNotificationTakesTheDialogAway)
 {
     m_platform.notificationResult = FALSE;
-    EXPECT_EQ(-3, ExitCode(L" -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -kla=Host"), kResultSendFailed);
     EXPECT_TRUE(Made(kDialogShown + kFound + kNotified + kDialogGone));
 }
 
@@ -191,30 +188,28 @@ class RunWithNotification : public Run, public ::testing::WithParamInterface<Not
 
 TEST_P(RunWithNotification, CarriesItsNumbers)
 {
-    EXPECT_EQ(-1, ExitCode(std::wstring(L" -nodlg -kla=Host") + GetParam().switches));
+    EXPECT_EQ(ExitCode(std::wstring(L" -nodlg -kla=Host") + GetParam().switches), kResultCancelled);
     EXPECT_TRUE(Made(kFound + Calls{GetParam().call}));
 }
 
 // The message number is formed in 32 bits, without a range check.
-INSTANTIATE_TEST_SUITE_P(
-    , RunWithNotification,
-    ::testing::Values(
-        NotificationRow{L" -msg=5", "SendNotifyMessageW(target, 0x405, 0, 0)"},
-        NotificationRow{L" -msg=0", "SendNotifyMessageW(target, 0x400, 0, 0)"},
-        NotificationRow{L" -msg=-1", "SendNotifyMessageW(target, 0x3ff, 0, 0)"},
-        NotificationRow{L" -msg=-1024", "SendNotifyMessageW(target, 0x0, 0, 0)"},
-        NotificationRow{L" -msg=-1025", "SendNotifyMessageW(target, 0xffffffff, 0, 0)"},
-        NotificationRow{L" -msg=0x7fffffff", "SendNotifyMessageW(target, 0x800003ff, 0, 0)"},
-        NotificationRow{L" -msg=-2147483648", "SendNotifyMessageW(target, 0x80000400, 0, 0)"},
-        NotificationRow{L" -wparam=-1 -lparam=0x7fffffffffffffff",
-                        "SendNotifyMessageW(target, 0x400, -1, 9223372036854775807)"},
-        NotificationRow{L" -wparam=7 -lparam=-8", "SendNotifyMessageW(target, 0x400, 7, -8)"}));
-
-// --- the URL's place in the order ---
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, RunWithNotification, ::testing::Values(
+    NotificationRow{L" -msg=5", "SendNotifyMessageW(target, 0x405, 0, 0)"},
+    NotificationRow{L" -msg=0", "SendNotifyMessageW(target, 0x400, 0, 0)"},
+    NotificationRow{L" -msg=-1", "SendNotifyMessageW(target, 0x3ff, 0, 0)"},
+    NotificationRow{L" -msg=-1024", "SendNotifyMessageW(target, 0x0, 0, 0)"},
+    NotificationRow{L" -msg=-1025", "SendNotifyMessageW(target, 0xffffffff, 0, 0)"},
+    NotificationRow{L" -msg=0x7fffffff", "SendNotifyMessageW(target, 0x800003ff, 0, 0)"},
+    NotificationRow{L" -msg=-2147483648", "SendNotifyMessageW(target, 0x80000400, 0, 0)"},
+    NotificationRow{L" -wparam=-1 -lparam=0x7fffffffffffffff", "SendNotifyMessageW(target, 0x400, -1, 9223372036854775807)"},
+    NotificationRow{L" -wparam=7 -lparam=-8", "SendNotifyMessageW(target, 0x400, 7, -8)"}));
+// clang-format on
 
 TEST_F(Run, UrlOverridesTheSwitches)
 {
-    EXPECT_EQ(-1, ExitCode(L" -kla=Other -msg=1 -wparam=2 -url=\"q:?kla=Host&msg=5&nodlg\""));
+    EXPECT_EQ(ExitCode(L" -kla=Other -msg=1 -wparam=2 -url=\"q:?kla=Host&msg=5&nodlg\""),
+              kResultCancelled);
     EXPECT_TRUE(Made(kFound + Calls{"SendNotifyMessageW(target, 0x405, 2, 0)"}));
 }
 
@@ -222,14 +217,14 @@ TEST_F(Run, UrlOverridesTheSwitches)
 
 TEST_F(Run, AcceptedCopyDataAloneEndsWithZero)
 {
-    EXPECT_EQ(0, ExitCode(L" -nodlg -kla=Host -copydata=abc -msg=5"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -copydata=abc -msg=5"), kResultAccepted);
     EXPECT_TRUE(Made(kFound + CopyDataSent("NULL")));
 }
 
 TEST_F(Run, RefusedCopyDataEndsWithMinusThree)
 {
     m_platform.copyDataResult = 0;
-    EXPECT_EQ(-3, ExitCode(L" -nodlg -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -copydata=abc"), kResultSendFailed);
     EXPECT_TRUE(Made(kFound + CopyDataSent("NULL")));
 }
 
@@ -237,7 +232,7 @@ TEST_F(Run, RefusedCopyDataIsNotWaitedFor)
 {
     m_platform.copyDataResult = 0;
     m_platform.Post(m_dialog, WM_USER + 5);
-    EXPECT_EQ(-3, ExitCode(L" -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), kResultSendFailed);
     EXPECT_TRUE(Made(kDialogShown + kFound + CopyDataSent("dialog") + kDialogGone));
 }
 
@@ -246,7 +241,7 @@ TEST_F(Run, CopyDataNamesTheDialogAndTheAnswerReplacesTheZero)
     m_platform.duringCopyData = [this](const COPYDATASTRUCT&) {
         m_platform.Post(m_dialog, WM_USER + 3);
     };
-    EXPECT_EQ(3, ExitCode(L" -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), 3);
     EXPECT_TRUE(Made(kDialogShown + kFound + CopyDataSent("dialog") + kOneMessage + Ended(1027) +
                      kDialogGone));
 }
@@ -254,12 +249,12 @@ TEST_F(Run, CopyDataNamesTheDialogAndTheAnswerReplacesTheZero)
 TEST_F(Run, CancelReplacesTheZeroOfAcceptedCopyData)
 {
     m_platform.Post(m_dialog, WM_COMMAND, IDCANCEL);
-    EXPECT_EQ(-1, ExitCode(L" -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), kResultCancelled);
 }
 
 TEST_F(Run, EmptyCopyDataIsANotification)
 {
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -kla=Host -copydata=\"\""));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -copydata=\"\""), kResultCancelled);
     EXPECT_TRUE(Made(kFound + kNotified));
 }
 
@@ -268,8 +263,8 @@ TEST_F(Run, FailedConversionStoresNoResultAndDoesNotWait)
     m_platform.commandLine = L"quillet.exe -kla=Host -copydata=abc -copydataencoding=ansi";
     m_platform.conversions = {{0, ERROR_INVALID_PARAMETER}};
     CQuilletApp app;
-    EXPECT_EQ(E_INVALIDARG, ThrownCode([] { AfxWinMain(); }));
-    EXPECT_EQ(-1, app.ExitInstance());
+    EXPECT_EQ(ThrownCode([] { AfxWinMain(); }), E_INVALIDARG);
+    EXPECT_EQ(app.ExitInstance(), kResultCancelled);
     EXPECT_TRUE(Made(kDialogShown + kFound +
                      Calls{"WideCharToMultiByte(0, 0, 4 units, inline store, 16)"}));
 }
@@ -279,7 +274,7 @@ TEST_F(Run, FailedConversionStoresNoResultAndDoesNotWait)
 TEST_F(Run, AnswerIsTheExitCode)
 {
     m_platform.Post(m_dialog, WM_USER + 4096);
-    EXPECT_EQ(4096, ExitCode(L" -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -kla=Host"), 4096);
     EXPECT_TRUE(Made(kDialogShown + kFound + kNotified + kOneMessage + Ended(5120) + kDialogGone));
 }
 
@@ -298,27 +293,26 @@ class RunWithWait : public Run, public ::testing::WithParamInterface<WaitRow>
 TEST_P(RunWithWait, EndsWithTheResultOfTheLoop)
 {
     m_platform.Post(m_dialog, GetParam().message, GetParam().wParam);
-    EXPECT_EQ(GetParam().code, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), GetParam().code);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RunWithWait,
-                         ::testing::Values(WaitRow{"Answer0", WM_USER, 0, 0},
-                                           WaitRow{"Answer1", WM_USER + 1, 0, 1},
-                                           // Not to be taken for the cancel command 2.
-                                           WaitRow{"Answer2", WM_USER + 2, 0, 2},
-                                           WaitRow{"Answer4095", WM_USER + 4095, 0, 4095},
-                                           WaitRow{"Cancel", WM_COMMAND, IDCANCEL, -1},
-                                           // No button sends it, but whoever does is taken at
-                                           // their word.
-                                           WaitRow{"Ok", WM_COMMAND, IDOK, 1}),
-                         [](const auto& row) { return std::string(row.param.name); });
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, RunWithWait, ::testing::Values(
+    WaitRow{"Answer0", WM_USER, 0, 0},
+    WaitRow{"Answer1", WM_USER + 1, 0, 1},
+    WaitRow{"Answer2", WM_USER + 2, 0, 2}, // not to be taken for the cancel command 2
+    WaitRow{"Answer4095", WM_USER + 4095, 0, 4095},
+    WaitRow{"Cancel", WM_COMMAND, IDCANCEL, kResultCancelled},
+    WaitRow{"Ok", WM_COMMAND, IDOK, 1}), // no button sends it, but whoever does is taken at their word
+    [](const auto& row) { return std::string(row.param.name); });
+// clang-format on
 
 TEST_F(Run, MessagesOutsideTheRangeAreNoAnswers)
 {
     m_platform.Post(m_dialog, WM_USER - 1);
     m_platform.Post(m_dialog, WM_USER + 4097);
     m_platform.Post(m_dialog, WM_USER + 7);
-    EXPECT_EQ(7, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), 7);
     EXPECT_TRUE(
         Made(kDialogShown + kOneMessage + kOneMessage + kOneMessage + Ended(1031) + kDialogGone));
 }
@@ -327,7 +321,7 @@ TEST_F(Run, FirstOfTwoAnswersDecides)
 {
     m_platform.Post(m_dialog, WM_USER + 1);
     m_platform.Post(m_dialog, WM_USER + 2);
-    EXPECT_EQ(1, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), 1);
     EXPECT_TRUE(Made(kDialogShown + kOneMessage + Ended(1025) + kDialogGone));
 }
 
@@ -338,7 +332,7 @@ TEST_F(Run, AnswerSentBeforeTheLoopIsNotSeen)
         m_platform.Send(m_dialog, WM_USER + 3);
     };
     m_platform.Post(m_dialog, WM_USER + 4);
-    EXPECT_EQ(4, ExitCode(L" -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), 4);
     EXPECT_TRUE(Made(kDialogShown + kFound + CopyDataSent("dialog") + Ended(1027) + kOneMessage +
                      Ended(1028) + kDialogGone));
 }
@@ -348,7 +342,7 @@ TEST_F(Run, AnswerWhileTheAboutBoxIsOpenIsTakenWhenItCloses)
     m_platform.Post(m_dialog, WM_SYSCOMMAND, IDM_ABOUTBOX);
     m_platform.Post(m_dialog, WM_USER + 5);
     m_platform.Post(ScriptedPlatform::DialogHandle(IDD_ABOUTBOX), WM_COMMAND, IDOK);
-    EXPECT_EQ(5, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), 5);
     EXPECT_TRUE(Made(kDialogShown + kOneMessage +
                      Calls{"CreateDialogParamW(100, dialog)", "EnableWindow(dialog, FALSE)",
                            "ShowWindow(box, SW_SHOWNORMAL)", "GetMessageW()",
@@ -360,14 +354,14 @@ TEST_F(Run, AnswerWhileTheAboutBoxIsOpenIsTakenWhenItCloses)
 TEST_F(Run, QuitMessageEndsTheWaitWithMinusOne)
 {
     m_platform.Quit();
-    EXPECT_EQ(-1, ExitCode(L" -kla=Host -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), kResultCancelled);
 }
 
 TEST_F(Run, FailedCreationOfTheDialogIsNotNoticed)
 {
     m_platform.dialogsCanBeMade = false;
     m_platform.found = nullptr;
-    EXPECT_EQ(-2, ExitCode(L" -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -kla=Host"), kResultWindowNotFound);
     EXPECT_TRUE(Made({"LoadIconW(128)", "CreateDialogParamW(102, NULL)",
                       "ShowWindow(NULL, SW_SHOW)", "FindWindowW(\"Host\", NULL)"}));
 }
@@ -394,7 +388,7 @@ protected:
 TEST_F(RunWithActivation, StandsBetweenFindingAndDelivering)
 {
     m_platform.Post(m_dialog, WM_USER + 6);
-    EXPECT_EQ(6, ExitCode(L" -kla=Host -activatewindow"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -activatewindow"), 6);
     EXPECT_TRUE(Made(kDialogShown + kFound + m_activated + kNotified + kOneMessage + Ended(1030) +
                      kDialogGone));
 }
@@ -403,7 +397,7 @@ TEST_F(RunWithActivation, MinimisedDialogPumpsExactlyOneMessage)
 {
     m_platform.Post(m_dialog, WM_NULL);
     m_platform.Post(m_dialog, WM_NULL);
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -kla=Host -activatewindow"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -activatewindow"), kResultCancelled);
     EXPECT_TRUE(
         Made(kDialogMinimised + kFound + m_activated + kNotified + kOneMessage + kDialogGone));
 }
@@ -412,7 +406,7 @@ TEST_F(RunWithActivation, MinimisedDialogTravelsAndKeepsTheCodeOfTheDelivery)
 {
     // Even an answer is only the one message.
     m_platform.Post(m_dialog, WM_USER + 9);
-    EXPECT_EQ(0, ExitCode(L" -nodlg -kla=Host -activatewindow -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -activatewindow -copydata=abc"), kResultAccepted);
     EXPECT_TRUE(Made(kDialogMinimised + kFound + m_activated + CopyDataSent("dialog") +
                      kOneMessage + Ended(1033) + kDialogGone));
 }
@@ -420,7 +414,7 @@ TEST_F(RunWithActivation, MinimisedDialogTravelsAndKeepsTheCodeOfTheDelivery)
 TEST_F(RunWithActivation, RefusedCopyDataTakesTheMinimisedDialogAway)
 {
     m_platform.copyDataResult = 0;
-    EXPECT_EQ(-3, ExitCode(L" -nodlg -kla=Host -activatewindow -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -activatewindow -copydata=abc"), kResultSendFailed);
     EXPECT_TRUE(
         Made(kDialogMinimised + kFound + m_activated + CopyDataSent("dialog") + kDialogGone));
 }
@@ -428,7 +422,7 @@ TEST_F(RunWithActivation, RefusedCopyDataTakesTheMinimisedDialogAway)
 TEST_F(RunWithActivation, WindowNotFoundIsNotActivated)
 {
     m_platform.found = nullptr;
-    EXPECT_EQ(-2, ExitCode(L" -nodlg -kla=Host -activatewindow"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host -activatewindow"), kResultWindowNotFound);
     EXPECT_TRUE(Made(kDialogMinimised + kFound + kDialogGone));
 }
 
@@ -436,7 +430,7 @@ TEST_F(RunWithActivation, FailureChangesNothing)
 {
     m_platform.foreground = nullptr;
     m_platform.Post(m_dialog, WM_USER + 8);
-    EXPECT_EQ(8, ExitCode(L" -kla=Host -activatewindow -copydata=abc"));
+    EXPECT_EQ(ExitCode(L" -kla=Host -activatewindow -copydata=abc"), 8);
     EXPECT_TRUE(Made(kDialogShown + kFound +
                      Calls{"GetWindowLongW(target, GWL_STYLE)", "GetForegroundWindow()"} +
                      CopyDataSent("dialog") + kOneMessage + Ended(1032) + kDialogGone));
@@ -445,7 +439,7 @@ TEST_F(RunWithActivation, FailureChangesNothing)
 TEST_F(RunWithActivation, IsMadeOnlyWhenAskedFor)
 {
     m_platform.Window(m_target).minimised = true;
-    EXPECT_EQ(-1, ExitCode(L" -nodlg -kla=Host"));
+    EXPECT_EQ(ExitCode(L" -nodlg -kla=Host"), kResultCancelled);
     EXPECT_TRUE(Made(kFound + kNotified));
 }
 

@@ -1,7 +1,7 @@
 #include "app/AbnormalEnd.h"
 
 #include "app/QuilletApp.h"
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 namespace
 {

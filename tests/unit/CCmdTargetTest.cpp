@@ -1,5 +1,5 @@
 #include "app/QuilletApp.h"
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 namespace
 {
@@ -41,7 +41,7 @@ TEST(CCmdTarget, GivesACommandToTheMostDerivedHandler)
     DerivedTarget target;
     EXPECT_TRUE(target.OnCmdMsg(kBoth));
     EXPECT_TRUE(target.OnCmdMsg(kBaseOnly));
-    EXPECT_EQ((std::vector{3, 1}), target.handled);
+    EXPECT_EQ(target.handled, (std::vector{3, 1}));
 }
 
 TEST(CCmdTarget, RefusesACommandWithoutHandler)

@@ -1,5 +1,5 @@
 #include "tests/unit/TestResource.h"
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 #include <functional>
 
@@ -52,7 +52,7 @@ protected:
 
 using Events = std::vector<std::string>;
 
-class CDialogTest : public WindowTest
+class CDialogTest : public WindowFixture
 {
 };
 
@@ -216,7 +216,7 @@ TEST_F(CDialogTest, TabMovesTheFocus)
     EXPECT_EQ(dialog.Control(IDOK), ::GetFocus());
 }
 
-class DoModal : public WindowTest
+class DoModal : public WindowFixture
 {
 protected:
     PlainWindow m_owner;

@@ -30,8 +30,8 @@ TEST(CString, IsEmptyFromNothing)
     for (const CString& text : {CString(), CString(nullptr), CString(L""), CString(L"abc", 0)})
     {
         EXPECT_TRUE(text.IsEmpty());
-        EXPECT_EQ(0, text.GetLength());
-        EXPECT_STREQ(L"", text.GetString());
+        EXPECT_EQ(text.GetLength(), 0);
+        EXPECT_STREQ(text.GetString(), L"");
     }
 }
 
@@ -39,40 +39,40 @@ TEST(CString, CopiesUpToTheTerminator)
 {
     const CString text(L"abc\0def");
     EXPECT_FALSE(text.IsEmpty());
-    EXPECT_EQ(3, text.GetLength());
-    EXPECT_STREQ(L"abc", text);
+    EXPECT_EQ(text.GetLength(), 3);
+    EXPECT_STREQ(text, L"abc");
 }
 
 TEST(CString, HoldsEmbeddedZeros)
 {
     CString text(L"a\0b", 3);
-    EXPECT_EQ(3, text.GetLength());
-    EXPECT_EQ(L'\0', text.GetAt(1));
-    EXPECT_EQ(L'b', text.GetAt(2));
-    EXPECT_EQ(2, text.Find(L'b'));
-    EXPECT_EQ(1, text.Find(L'\0'));
+    EXPECT_EQ(text.GetLength(), 3);
+    EXPECT_EQ(text.GetAt(1), L'\0');
+    EXPECT_EQ(text.GetAt(2), L'b');
+    EXPECT_EQ(text.Find(L'b'), 2);
+    EXPECT_EQ(text.Find(L'\0'), 1);
     text += L'\0';
     text.Append(L"C\0D", 3);
     text.MakeLower();
-    EXPECT_EQ(std::wstring(L"a\0b\0c\0d", 7), Units(text));
+    EXPECT_EQ(Units(text), std::wstring(L"a\0b\0c\0d", 7));
     const CString copy = text;
-    EXPECT_EQ(7, copy.GetLength());
+    EXPECT_EQ(copy.GetLength(), 7);
 }
 
 TEST(CString, AppendsNothingFromAnEmptyPart)
 {
     CString text(L"ab");
     text.Append(L"cd", 0);
-    EXPECT_STREQ(L"ab", text);
+    EXPECT_STREQ(text, L"ab");
 }
 
 TEST(CString, GetAtReadsUpToTheTerminator)
 {
     const CString text(L"ab");
-    EXPECT_EQ(L'a', text.GetAt(0));
-    EXPECT_EQ(L'b', text.GetAt(1));
-    EXPECT_EQ(L'\0', text.GetAt(2));
-    EXPECT_EQ(L'\0', CString().GetAt(0));
+    EXPECT_EQ(text.GetAt(0), L'a');
+    EXPECT_EQ(text.GetAt(1), L'b');
+    EXPECT_EQ(text.GetAt(2), L'\0');
+    EXPECT_EQ(CString().GetAt(0), L'\0');
 }
 
 TEST(CString, GetAtThrowsOutsideTheText)
@@ -87,27 +87,27 @@ TEST(CString, GetAtThrowsOutsideTheText)
 TEST(CString, FindsAUnitFromAPosition)
 {
     const CString text(L"abcabc");
-    EXPECT_EQ(1, text.Find(L'b'));
-    EXPECT_EQ(1, text.Find(L'b', 1));
-    EXPECT_EQ(4, text.Find(L'b', 2));
-    EXPECT_EQ(-1, text.Find(L'b', 5));
-    EXPECT_EQ(-1, text.Find(L'b', 6));
-    EXPECT_EQ(-1, text.Find(L'x'));
-    EXPECT_EQ(-1, CString().Find(L'x'));
+    EXPECT_EQ(text.Find(L'b'), 1);
+    EXPECT_EQ(text.Find(L'b', 1), 1);
+    EXPECT_EQ(text.Find(L'b', 2), 4);
+    EXPECT_EQ(text.Find(L'b', 5), -1);
+    EXPECT_EQ(text.Find(L'b', 6), -1);
+    EXPECT_EQ(text.Find(L'x'), -1);
+    EXPECT_EQ(CString().Find(L'x'), -1);
 }
 
 TEST(CString, MakeLowerChangesAToZUnitForUnit)
 {
     CString text(L"AZaz@[\u00C4\u00E4\u0130\u212A\u1E9E\U00010400");
-    EXPECT_EQ(&text, &text.MakeLower());
-    EXPECT_STREQ(L"azaz@[\u00C4\u00E4\u0130\u212A\u1E9E\U00010400", text);
+    EXPECT_EQ(&text.MakeLower(), &text);
+    EXPECT_STREQ(text, L"azaz@[\u00C4\u00E4\u0130\u212A\u1E9E\U00010400");
 }
 
 TEST(CString, LoadsAStringOfTheStringTable)
 {
     CString text(L"before");
     EXPECT_TRUE(text.LoadString(IDS_TEST));
-    EXPECT_STREQ(L"Gr\u00FC\u00DFe", text);
+    EXPECT_STREQ(text, L"Gr\u00FC\u00DFe");
 }
 
 TEST(CString, IsEmptyAfterLoadingAMissingString)

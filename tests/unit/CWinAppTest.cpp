@@ -1,4 +1,4 @@
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 namespace
 {
@@ -45,21 +45,21 @@ private:
 
 TEST(CWinApp, IsTheCurrentApplicationWhileItLives)
 {
-    EXPECT_EQ(nullptr, AfxGetApp());
+    EXPECT_EQ(AfxGetApp(), nullptr);
     {
         CWinApp app;
-        EXPECT_EQ(&app, AfxGetApp());
-        EXPECT_EQ(nullptr, AfxGetMainWnd());
+        EXPECT_EQ(AfxGetApp(), &app);
+        EXPECT_EQ(AfxGetMainWnd(), nullptr);
     }
-    EXPECT_EQ(nullptr, AfxGetApp());
+    EXPECT_EQ(AfxGetApp(), nullptr);
 }
 
 TEST(CWinApp, EndsWithTheValueOfExitInstance)
 {
     std::vector<std::string> steps;
     ThreeStepsApp app(steps);
-    EXPECT_EQ(-7, AfxWinMain());
-    EXPECT_EQ((std::vector<std::string>{"InitInstance", "ExitInstance"}), steps);
+    EXPECT_EQ(AfxWinMain(), -7);
+    EXPECT_EQ(steps, (std::vector<std::string>{"InitInstance", "ExitInstance"}));
 }
 
 TEST(CWinApp, DestroysTheMainWindowThatIsLeft)
@@ -68,13 +68,13 @@ TEST(CWinApp, DestroysTheMainWindowThatIsLeft)
     ThreeStepsApp app(steps);
     GoingWindow window(steps);
     app.m_pMainWnd = &window;
-    EXPECT_EQ(-7, AfxWinMain());
-    EXPECT_EQ((std::vector<std::string>{"InitInstance", "WM_DESTROY", "ExitInstance"}), steps);
-    EXPECT_EQ(nullptr, window.m_hWnd);
+    EXPECT_EQ(AfxWinMain(), -7);
+    EXPECT_EQ(steps, (std::vector<std::string>{"InitInstance", "WM_DESTROY", "ExitInstance"}));
+    EXPECT_EQ(window.m_hWnd, nullptr);
     EXPECT_TRUE(DrainQueue());
 }
 
-class CWinAppWindow : public WindowTest
+class CWinAppWindow : public WindowFixture
 {
 };
 
@@ -82,9 +82,9 @@ TEST_F(CWinAppWindow, DestroyedMainWindowIsForgottenAndAsksTheThreadToQuit)
 {
     PlainWindow window;
     m_app.m_pMainWnd = &window;
-    EXPECT_EQ(&window, AfxGetMainWnd());
+    EXPECT_EQ(AfxGetMainWnd(), &window);
     window.DestroyWindow();
-    EXPECT_EQ(nullptr, AfxGetMainWnd());
+    EXPECT_EQ(AfxGetMainWnd(), nullptr);
     EXPECT_TRUE(DrainQueue());
 }
 
@@ -94,7 +94,7 @@ TEST_F(CWinAppWindow, AnotherWindowsEndChangesNothing)
     PlainWindow other;
     m_app.m_pMainWnd = &main;
     other.DestroyWindow();
-    EXPECT_EQ(&main, AfxGetMainWnd());
+    EXPECT_EQ(AfxGetMainWnd(), &main);
     EXPECT_FALSE(DrainQueue());
 }
 
@@ -134,9 +134,9 @@ TEST_F(CWinAppWindow, PumpTakesExactlyOneMessage)
     window.PostMessage(kFirst);
     window.PostMessage(kSecond);
     EXPECT_TRUE(m_app.PumpMessage());
-    EXPECT_EQ(std::vector{kFirst}, window.handled);
+    EXPECT_EQ(window.handled, std::vector{kFirst});
     EXPECT_TRUE(m_app.PumpMessage());
-    EXPECT_EQ((std::vector{kFirst, kSecond}), window.handled);
+    EXPECT_EQ(window.handled, (std::vector{kFirst, kSecond}));
 }
 
 TEST_F(CWinAppWindow, PumpSaysWhenItTookTheQuitMessage)
@@ -153,7 +153,7 @@ TEST_F(CWinAppWindow, PumpTranslatesKeys)
     window.PostMessage(WM_KEYDOWN, 'A', 0x001E0001);
     EXPECT_TRUE(m_app.PumpMessage());
     EXPECT_TRUE(m_app.PumpMessage());
-    EXPECT_EQ(std::vector<UINT>{WM_CHAR}, window.handled);
+    EXPECT_EQ(window.handled, std::vector<UINT>{WM_CHAR});
 }
 
 TEST_F(CWinAppWindow, PumpOffersAMessageToTheTargetAndThenItsParents)
@@ -163,9 +163,9 @@ TEST_F(CWinAppWindow, PumpOffersAMessageToTheTargetAndThenItsParents)
     DrainQueue();
     child.PostMessage(kFirst);
     m_app.PumpMessage();
-    EXPECT_EQ(std::vector{kFirst}, child.preTranslated);
-    EXPECT_EQ(std::vector{kFirst}, parent.preTranslated);
-    EXPECT_EQ(std::vector{kFirst}, child.handled);
+    EXPECT_EQ(child.preTranslated, std::vector{kFirst});
+    EXPECT_EQ(parent.preTranslated, std::vector{kFirst});
+    EXPECT_EQ(child.handled, std::vector{kFirst});
     EXPECT_TRUE(parent.handled.empty());
 }
 
@@ -180,8 +180,8 @@ TEST_F(CWinAppWindow, MessageTakenByPreTranslationGoesNoFurther)
     child.PostMessage(kSecond);
     EXPECT_TRUE(m_app.PumpMessage());
     EXPECT_TRUE(m_app.PumpMessage());
-    EXPECT_EQ((std::vector{kFirst, kSecond}), child.preTranslated);
-    EXPECT_EQ(std::vector{kSecond}, parent.preTranslated);
+    EXPECT_EQ(child.preTranslated, (std::vector{kFirst, kSecond}));
+    EXPECT_EQ(parent.preTranslated, std::vector{kSecond});
     EXPECT_TRUE(child.handled.empty());
 }
 

@@ -1,4 +1,4 @@
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 namespace
 {
@@ -7,7 +7,7 @@ constexpr UINT kProbe = WM_APP + 7;
 constexpr UINT kInner = WM_APP + 8;
 constexpr UINT kWindowCommand = 0x7201;
 
-class CWndTest : public WindowTest
+class CWndTest : public WindowFixture
 {
 };
 

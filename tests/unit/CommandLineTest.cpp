@@ -9,9 +9,9 @@ namespace
 
 TEST(CommandLine, KeepsTheLineAsTyped)
 {
-    EXPECT_EQ(L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4",
-              CommandLine(L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4").Raw());
-    EXPECT_EQ(L"", CommandLine(L"").Raw());
+    EXPECT_EQ(CommandLine(L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4").Raw(),
+              L"\"C:\\Q\\Quillet.EXE\"  -Nam=\u00C4");
+    EXPECT_EQ(CommandLine(L"").Raw(), L"");
 }
 
 TEST(CommandLine, FindsASwitchInAnyLetterCase)
@@ -38,35 +38,35 @@ TEST(CommandLine, LowersAToZOnly)
     EXPECT_FALSE(CommandLine(L"q -\u212Ala=x").Has(L" -kla="));   // the Kelvin sign
     EXPECT_FALSE(CommandLine(L"q -W\u0130DE=x").Has(L" -wide=")); // the I with a dot
     EXPECT_FALSE(CommandLine(L"q -\uFF2Bla=x").Has(L" -kla="));   // a full-width K
-    EXPECT_STREQ(L"\u00C4\u212A\u0410z",
-                 CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerAfter(L" -nam="));
+    EXPECT_STREQ(CommandLine(L"q -nam=\u00C4\u212A\u0410Z").LowerAfter(L" -nam="),
+                 L"\u00C4\u212A\u0410z");
 }
 
 TEST(CommandLine, GivesWhatFollowsTheFirstOccurrence)
 {
     const CommandLine line(L"q -KLA=Abc -kla=D");
-    EXPECT_EQ(L"Abc -kla=D", line.After(L" -kla="));
-    EXPECT_STREQ(L"abc -kla=d", line.LowerAfter(L" -kla="));
+    EXPECT_EQ(line.After(L" -kla="), L"Abc -kla=D");
+    EXPECT_STREQ(line.LowerAfter(L" -kla="), L"abc -kla=d");
 }
 
 TEST(CommandLine, GivesNothingAfterASwitchAtTheEnd)
 {
     const CommandLine line(L"q -kla=");
-    EXPECT_EQ(L"", line.After(L" -kla="));
-    EXPECT_STREQ(L"", line.LowerAfter(L" -kla="));
+    EXPECT_EQ(line.After(L" -kla="), L"");
+    EXPECT_STREQ(line.LowerAfter(L" -kla="), L"");
 }
 
 TEST(CommandLine, TellsAMissingSwitchFromAnEmptyOne)
 {
     const CommandLine line(L"q -kla");
-    EXPECT_EQ(std::nullopt, line.After(L" -kla="));
-    EXPECT_EQ(nullptr, line.LowerAfter(L" -kla="));
+    EXPECT_EQ(line.After(L" -kla="), std::nullopt);
+    EXPECT_EQ(line.LowerAfter(L" -kla="), nullptr);
 }
 
 TEST(CommandLine, PositionsStayTheSameBesideSurrogatePairs)
 {
-    EXPECT_EQ(L"X\U0001F600",
-              CommandLine(L"\U0001F600\u0130\u1E9E -NAM=X\U0001F600").After(L" -nam="));
+    EXPECT_EQ(CommandLine(L"\U0001F600\u0130\u1E9E -NAM=X\U0001F600").After(L" -nam="),
+              L"X\U0001F600");
 }
 
 TEST(CommandLine, FindsASwitchAtTheEndOfTheLongestLine)
@@ -75,8 +75,8 @@ TEST(CommandLine, FindsASwitchAtTheEndOfTheLongestLine)
     const std::wstring text =
         std::wstring(kLongestCommandLine - end.size(), L'A') + std::wstring(end);
     const CommandLine line(text.c_str());
-    EXPECT_EQ(kLongestCommandLine, line.Raw().size());
-    EXPECT_EQ(L"x", line.After(L" -nam="));
+    EXPECT_EQ(line.Raw().size(), kLongestCommandLine);
+    EXPECT_EQ(line.After(L" -nam="), L"x");
 }
 
 } // namespace

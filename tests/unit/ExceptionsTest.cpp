@@ -23,24 +23,24 @@ Exception* Thrown(void (*raise)())
 TEST(Exceptions, MemoryExceptionNeedsNoMemory)
 {
     auto* first = Thrown<CMemoryException>(&AfxThrowMemoryException);
-    ASSERT_NE(nullptr, first);
+    ASSERT_NE(first, nullptr);
     first->Delete();
     // The one object is there again after its deletion.
-    EXPECT_EQ(first, Thrown<CMemoryException>(&AfxThrowMemoryException));
+    EXPECT_EQ(Thrown<CMemoryException>(&AfxThrowMemoryException), first);
 }
 
 TEST(Exceptions, InvalidArgumentIsItsOwnKind)
 {
     auto* exception = Thrown<CInvalidArgException>(&AfxThrowInvalidArgException);
-    ASSERT_NE(nullptr, exception);
+    ASSERT_NE(exception, nullptr);
     exception->Delete();
 }
 
 TEST(Exceptions, OleExceptionCarriesItsCode)
 {
     auto* exception = Thrown<COleException>([] { AfxThrowOleException(E_INVALIDARG); });
-    ASSERT_NE(nullptr, exception);
-    EXPECT_EQ(E_INVALIDARG, exception->m_sc);
+    ASSERT_NE(exception, nullptr);
+    EXPECT_EQ(exception->m_sc, E_INVALIDARG);
     exception->Delete();
 }
 

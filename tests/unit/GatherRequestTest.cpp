@@ -55,6 +55,7 @@ TEST(Switches, NothingIsSetWithoutSwitches)
 
 TEST(Switches, EachSwitchFillsItsField)
 {
+    // clang-format off
     ExpectRequests({
         {L"q -nodlg", {.noDialog = true}},
         {L"q -activatewindow", {.activateWindow = true}},
@@ -65,21 +66,12 @@ TEST(Switches, EachSwitchFillsItsField)
         {L"q -kla=x", {.windowClass = L"x"}},
         {L"q -nam=x", {.windowText = L"x"}},
         {L"q -copydata=x", {.copyData = L"x"}},
-        {L"q -copydataencoding=x",
-         {.copyDataEncoding = L"x"}}, // and not the copy data, for want of a "="
-        {L"q -seaglob -activatewindow -nodlg -copydataencoding=e -copydata=c -nam=t -kla=k "
-         L"-wparam=3 -lparam=2 -msg=1",
-         {.windowClass = L"k",
-          .windowText = L"t",
-          .copyData = L"c",
-          .copyDataEncoding = L"e",
-          .messageOffset = 1,
-          .wParam = 3,
-          .lParam = 2,
-          .noDialog = true,
-          .activateWindow = true,
-          .globSearch = true}},
+        {L"q -copydataencoding=x", {.copyDataEncoding = L"x"}}, // and not the copy data, for want of a "="
+        {L"q -seaglob -activatewindow -nodlg -copydataencoding=e -copydata=c -nam=t -kla=k -wparam=3 -lparam=2 -msg=1",
+         {.windowClass = L"k", .windowText = L"t", .copyData = L"c", .copyDataEncoding = L"e", .messageOffset = 1,
+          .wParam = 3, .lParam = 2, .noDialog = true, .activateWindow = true, .globSearch = true}},
     });
+    // clang-format on
 }
 
 TEST(Switches, LetterCaseCountsInValuesOnly)
@@ -204,47 +196,35 @@ TEST(Switches, LongestLineIsReadToItsEnd)
     const std::wstring tail = L"\" -msg=0x7f -nam=\"E";
     const std::wstring filler(kLongestCommandLine - head.size() - tail.size(), L'F');
     const SendRequest request = RequestOf(head + filler + tail);
-    EXPECT_EQ(filler, request.copyData);
-    EXPECT_EQ(0x7f, request.messageOffset);
-    EXPECT_EQ(L"E", request.windowText);
+    EXPECT_EQ(request.copyData, filler);
+    EXPECT_EQ(request.messageOffset, 0x7f);
+    EXPECT_EQ(request.windowText, L"E");
 }
 
 TEST(Switches, LongNumberIsNoTrouble)
 {
     const std::wstring head = L"q -msg=";
     const std::wstring blanks(kLongestCommandLine - head.size() - 1, L' ');
-    EXPECT_EQ(7, RequestOf(head + blanks + L"7").messageOffset);
+    EXPECT_EQ(RequestOf(head + blanks + L"7").messageOffset, 7);
     const std::wstring zeros(kLongestCommandLine - head.size() - 1, L'0');
-    EXPECT_EQ(7, RequestOf(head + zeros + L"7").messageOffset);
+    EXPECT_EQ(RequestOf(head + zeros + L"7").messageOffset, 7);
 }
 
 TEST(UrlSettings, OverridesTheSwitchesFieldByField)
 {
+    // clang-format off
     ExpectRequests({
-        {L"q -url=myproto://open?kla=Notepad&msg=5",
-         {.windowClass = L"Notepad", .messageOffset = 5}},
+        {L"q -url=myproto://open?kla=Notepad&msg=5", {.windowClass = L"Notepad", .messageOffset = 5}},
         {L"q -kla=A -nam=B -copydata=C -copydataencoding=D -msg=1 -wparam=2 -lparam=3 -url=x?y",
-         {.windowClass = L"A",
-          .windowText = L"B",
-          .copyData = L"C",
-          .copyDataEncoding = L"D",
-          .messageOffset = 1,
-          .wParam = 2,
-          .lParam = 3}},
-        {L"q -kla=A -nam=B -copydata=C -copydataencoding=D -msg=1 -wparam=2 -lparam=3 "
-         L"-url=x?kla=a&nam=b&copydata=c&copydataencoding=d&msg=4&wparam=5&lparam=6",
-         {.windowClass = L"a",
-          .windowText = L"b",
-          .copyData = L"c",
-          .copyDataEncoding = L"d",
-          .messageOffset = 4,
-          .wParam = 5,
-          .lParam = 6}},
+         {.windowClass = L"A", .windowText = L"B", .copyData = L"C", .copyDataEncoding = L"D", .messageOffset = 1,
+          .wParam = 2, .lParam = 3}},
+        {L"q -kla=A -nam=B -copydata=C -copydataencoding=D -msg=1 -wparam=2 -lparam=3 -url=x?kla=a&nam=b&copydata=c&copydataencoding=d&msg=4&wparam=5&lparam=6",
+         {.windowClass = L"a", .windowText = L"b", .copyData = L"c", .copyDataEncoding = L"d", .messageOffset = 4,
+          .wParam = 5, .lParam = 6}},
         {L"q -url=x?kla=a -kla=A", {.windowClass = L"a"}}, // also when the switch comes later
         {L"q -kla=A -nam=B -url=x?kla=a", {.windowClass = L"a", .windowText = L"B"}},
         {L"q -kla=A -nam=B -url=x?nam=b", {.windowClass = L"A", .windowText = L"b"}},
-        {L"q -copydata=C -url=x?copydataencoding=UTF-8",
-         {.copyData = L"C", .copyDataEncoding = L"UTF-8"}},
+        {L"q -copydata=C -url=x?copydataencoding=UTF-8", {.copyData = L"C", .copyDataEncoding = L"UTF-8"}},
         {L"q -msg=1 -url=x?lparam=-6", {.messageOffset = 1, .lParam = -6}},
         {L"q -wparam=1 -url=x?wparam=0", {.wParam = 0}},
         {L"q -kla=A -url=x?kla=", {}}, // an empty value empties the field
@@ -255,6 +235,7 @@ TEST(UrlSettings, OverridesTheSwitchesFieldByField)
         {L"q -kla=A -url=", {.windowClass = L"A"}},
         {L"q -url=x?msg=1 -nodlg", {.messageOffset = 1, .noDialog = true}},
     });
+    // clang-format on
 }
 
 TEST(UrlSettings, SetsFlagsAndNeverClearsThem)

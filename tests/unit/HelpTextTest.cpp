@@ -37,10 +37,10 @@ TEST(HelpText, IsTheCommandLineAndSeventeenParts)
     size_t position = commandLine.size();
     for (const wchar_t* part : kParts)
     {
-        EXPECT_EQ(part, help.substr(position, std::wcslen(part)));
+        EXPECT_EQ(help.substr(position, std::wcslen(part)), part);
         position += std::wcslen(part);
     }
-    EXPECT_EQ(position, help.size());
+    EXPECT_EQ(help.size(), position);
 }
 
 TEST(HelpText, KeepsTheLongestCommandLineWhole)
@@ -52,7 +52,7 @@ TEST(HelpText, KeepsTheLongestCommandLineWhole)
 // It is for handlers of a URL scheme, not for people.
 TEST(HelpText, DoesNotNameTheUrlSwitch)
 {
-    EXPECT_EQ(std::wstring::npos, BuildHelpText(L"").find(L"-url"));
+    EXPECT_EQ(BuildHelpText(L"").find(L"-url"), std::wstring::npos);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 #include <functional>
 #include <map>
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-class ModalLoop : public WindowTest
+class ModalLoop : public WindowFixture
 {
 protected:
     SteppingWindow m_window;
@@ -47,7 +47,7 @@ TEST_F(ModalLoop, ReturnsTheResultThatEndedIt)
         m_window.EndModalLoop(1027);
         EXPECT_FALSE(m_window.ContinueModal());
     });
-    EXPECT_EQ(1027, m_window.RunModalLoop(0));
+    EXPECT_EQ(m_window.RunModalLoop(0), 1027);
 }
 
 TEST_F(ModalLoop, ResultGivenBeforeItIsNotSeen)
@@ -55,7 +55,7 @@ TEST_F(ModalLoop, ResultGivenBeforeItIsNotSeen)
     EXPECT_FALSE(m_window.ContinueModal());
     m_window.EndModalLoop(1);
     m_window.PostStep(1, [this] { m_window.EndModalLoop(2); });
-    EXPECT_EQ(2, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 2);
 }
 
 TEST_F(ModalLoop, FirstResultWins)
@@ -64,7 +64,7 @@ TEST_F(ModalLoop, FirstResultWins)
         m_window.EndModalLoop(1);
         m_window.EndModalLoop(2);
     });
-    EXPECT_EQ(1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 1);
 }
 
 TEST_F(ModalLoop, MessagesAfterTheEndStayInTheQueue)
@@ -73,16 +73,16 @@ TEST_F(ModalLoop, MessagesAfterTheEndStayInTheQueue)
     DrainQueue();
     m_window.PostStep(1, [this] { m_window.EndModalLoop(1); });
     m_window.PostStep(2, [&handled] { handled = true; });
-    EXPECT_EQ(1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 1);
     EXPECT_FALSE(handled);
 }
 
 TEST_F(ModalLoop, RunsAgain)
 {
     m_window.PostStep(1, [this] { m_window.EndModalLoop(1); });
-    EXPECT_EQ(1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 1);
     m_window.PostStep(2, [this] { m_window.EndModalLoop(2); });
-    EXPECT_EQ(2, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 2);
 }
 
 // The wait for a posted message does not return for a sent one by itself.
@@ -91,14 +91,14 @@ TEST_F(ModalLoop, EndsByASentMessage)
     DrainQueue();
     m_window.steps[1] = [this] { m_window.EndModalLoop(1); };
     std::thread sender([this] { ::SendMessageW(m_window.m_hWnd, kStep, 1, 0); });
-    EXPECT_EQ(1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 1);
     sender.join();
 }
 
 TEST_F(ModalLoop, QuitMessageEndsItAndIsPostedAgain)
 {
     ::PostQuitMessage(9);
-    EXPECT_EQ(-1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), -1);
     EXPECT_FALSE(m_window.ContinueModal());
     EXPECT_TRUE(DrainQueue());
 }
@@ -119,18 +119,17 @@ TEST_F(ModalLoop, OuterOneEndedMeanwhileReturnsAfterTheInnerOne)
         inner.EndModalLoop(3);
     });
     order.emplace_back("outer loop returns " + std::to_string(m_window.RunModalLoop()));
-    EXPECT_EQ((std::vector<std::string>{"outer loop ended", "inner loop ended",
-                                        "inner loop returns 3", "outer loop returns 2"}),
-              order);
+    EXPECT_EQ(order, (std::vector<std::string>{"outer loop ended", "inner loop ended",
+                                               "inner loop returns 3", "outer loop returns 2"}));
 }
 
 TEST_F(ModalLoop, InnerOneEndsWithoutTheOuter)
 {
     SteppingWindow inner;
-    m_window.PostStep(1, [&] { EXPECT_EQ(3, inner.RunModalLoop()); });
+    m_window.PostStep(1, [&] { EXPECT_EQ(inner.RunModalLoop(), 3); });
     inner.PostStep(2, [&] { inner.EndModalLoop(3); });
     m_window.PostStep(3, [&] { m_window.EndModalLoop(4); });
-    EXPECT_EQ(4, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), 4);
 }
 
 TEST_F(ModalLoop, QuitMessageEndsNestedOnesTogether)
@@ -138,9 +137,9 @@ TEST_F(ModalLoop, QuitMessageEndsNestedOnesTogether)
     SteppingWindow inner;
     m_window.PostStep(1, [&] {
         ::PostQuitMessage(0);
-        EXPECT_EQ(-1, inner.RunModalLoop());
+        EXPECT_EQ(inner.RunModalLoop(), -1);
     });
-    EXPECT_EQ(-1, m_window.RunModalLoop());
+    EXPECT_EQ(m_window.RunModalLoop(), -1);
 }
 
 } // namespace

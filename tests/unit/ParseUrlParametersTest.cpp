@@ -18,7 +18,7 @@ void ExpectParameters(const std::vector<UrlRow>& rows)
 {
     for (const UrlRow& row : rows)
     {
-        EXPECT_EQ(row.parameters, CQuilletApp::ParseUrlParameters(row.url))
+        EXPECT_EQ(CQuilletApp::ParseUrlParameters(row.url), row.parameters)
             << "url: " << std::wstring(row.url);
     }
 }
@@ -98,7 +98,7 @@ TEST(UrlParameters, WithForeignLettersDoNotDisturbTheOthers)
         UrlParameters parameters = CQuilletApp::ParseUrlParameters(
             (L"x?msg=1&" + std::wstring(key) + L"=2&kla=\u00E4").c_str());
         parameters.erase(key);
-        EXPECT_EQ((UrlParameters{{L"kla", L"\u00E4"}, {L"msg", L"1"}}), parameters);
+        EXPECT_EQ(parameters, (UrlParameters{{L"kla", L"\u00E4"}, {L"msg", L"1"}}));
     }
 }
 

@@ -48,8 +48,8 @@ TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroAfterThem)
     const Block resized = Resized(block, 1'000, 4);
     ASSERT_TRUE(resized);
     EXPECT_LE(4'000u, ::_msize(resized.get()));
-    EXPECT_EQ(10, std::count(resized.get(), resized.get() + 10, 'x'));
-    EXPECT_EQ(3'990, std::count(resized.get() + 10, resized.get() + 4'000, '\0'));
+    EXPECT_EQ(std::count(resized.get(), resized.get() + 10, 'x'), 10);
+    EXPECT_EQ(std::count(resized.get() + 10, resized.get() + 4'000, '\0'), 3'990);
 }
 
 TEST(Recalloc, ShrunkBlockKeepsItsFirstBytes)
@@ -57,8 +57,8 @@ TEST(Recalloc, ShrunkBlockKeepsItsFirstBytes)
     Block block = Filled(4'000);
     const Block resized = Resized(block, 10, 1);
     ASSERT_TRUE(resized);
-    EXPECT_EQ(10u, ::_msize(resized.get()));
-    EXPECT_EQ(10, std::count(resized.get(), resized.get() + 10, 'x'));
+    EXPECT_EQ(::_msize(resized.get()), 10u);
+    EXPECT_EQ(std::count(resized.get(), resized.get() + 10, 'x'), 10);
 }
 
 TEST(Recalloc, WithoutABlockGivesANewZeroedOne)
@@ -66,7 +66,7 @@ TEST(Recalloc, WithoutABlockGivesANewZeroedOne)
     Block none;
     const Block block = Resized(none, 100, 2);
     ASSERT_TRUE(block);
-    EXPECT_EQ(200, std::count(block.get(), block.get() + 200, '\0'));
+    EXPECT_EQ(std::count(block.get(), block.get() + 200, '\0'), 200);
 }
 
 TEST(Recalloc, OverflowingProductFailsAndKeepsTheBlock)
@@ -75,7 +75,7 @@ TEST(Recalloc, OverflowingProductFailsAndKeepsTheBlock)
     EXPECT_FALSE(Resized(block, Impossible(), 4));
     EXPECT_FALSE(Resized(block, 4, Impossible()));
     EXPECT_FALSE(Resized(block, 4, Impossible() / 2 + 2)); // what is left of the product is 4
-    EXPECT_EQ(10, std::count(block.get(), block.get() + 10, 'x'));
+    EXPECT_EQ(std::count(block.get(), block.get() + 10, 'x'), 10);
 }
 
 TEST(Recalloc, ElementsWithoutSizeAreNoOverflow)
@@ -88,7 +88,7 @@ TEST(Recalloc, WithoutMemoryFailsAndKeepsTheBlock)
 {
     Block block = Filled(10);
     EXPECT_FALSE(Resized(block, Impossible(), 1));
-    EXPECT_EQ(10, std::count(block.get(), block.get() + 10, 'x'));
+    EXPECT_EQ(std::count(block.get(), block.get() + 10, 'x'), 10);
 }
 
 } // namespace

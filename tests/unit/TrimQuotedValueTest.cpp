@@ -16,7 +16,7 @@ void ExpectRows(const Row (&rows)[N])
 {
     for (const Row& row : rows)
     {
-        EXPECT_EQ(row.value, std::wstring(TrimQuotedValue(row.text))) << "text: " << row.text;
+        EXPECT_EQ(std::wstring(TrimQuotedValue(row.text)), row.value) << "text: " << row.text;
     }
 }
 
@@ -62,7 +62,7 @@ TEST(TrimQuotedValue, UnquotedValueEndsBeforeTheFirstBlank)
 TEST(TrimQuotedValue, ResultIsAPartOfTheText)
 {
     const std::wstring_view text = L"\"abc\" def";
-    EXPECT_EQ(text.data() + 1, TrimQuotedValue(text).data());
+    EXPECT_EQ(TrimQuotedValue(text).data(), text.data() + 1);
 }
 
 } // namespace

@@ -47,7 +47,7 @@ void ExpectRows(const Row (&rows)[N])
 {
     for (const Row& row : rows)
     {
-        EXPECT_EQ(row.decoded, Decode(row.text)) << "text: " << std::wstring(row.text);
+        EXPECT_EQ(Decode(row.text), row.decoded) << "text: " << std::wstring(row.text);
     }
 }
 
@@ -78,11 +78,11 @@ TEST(UrlDecode, RestoresEachSingleEscapeOrLeavesItAsWritten)
             const bool restored = kRestored[byte >> 4][byte & 0xF] == L'R';
             const std::wstring expected =
                 restored ? std::wstring(1, static_cast<wchar_t>(byte)) : escape;
-            EXPECT_EQ(expected, Decode(escape));
-            EXPECT_EQ(L"x" + expected + L"y", Decode(L"x" + escape + L"y"));
+            EXPECT_EQ(Decode(escape), expected);
+            EXPECT_EQ(Decode(L"x" + escape + L"y"), L"x" + expected + L"y");
             if (restored)
             {
-                EXPECT_EQ(expected + expected, Decode(escape + escape));
+                EXPECT_EQ(Decode(escape + escape), expected + expected);
             }
         }
     }
@@ -188,10 +188,10 @@ TEST(UrlDecode, RestoresEveryTwoByteUtf8Sequence)
         const unsigned first = 0xC0 | code >> 6;
         const unsigned second = 0x80 | (code & 0x3F);
         const std::wstring expected(1, static_cast<wchar_t>(code));
-        EXPECT_EQ(expected, Decode(Escape(first) + Escape(second))) << code;
-        EXPECT_EQ(expected, Decode(Escape(first, kLower) + Escape(second, kLower))) << code;
-        EXPECT_EQ(code,
-                  CQuilletApp::DecodeUtf8Pair(static_cast<std::uint16_t>(first << 8 | second)));
+        EXPECT_EQ(Decode(Escape(first) + Escape(second)), expected) << code;
+        EXPECT_EQ(Decode(Escape(first, kLower) + Escape(second, kLower)), expected) << code;
+        EXPECT_EQ(CQuilletApp::DecodeUtf8Pair(static_cast<std::uint16_t>(first << 8 | second)),
+                  code);
     }
 }
 
@@ -203,13 +203,13 @@ TEST(UrlDecode, GivesTheFirstUnitOfThePlatformsConversionForEveryPair)
         const char bytes[] = {static_cast<char>(pair >> 8), static_cast<char>(pair & 0xFF), '\0'};
         wchar_t units[8] = {}; // more than three bytes can give
         ::MultiByteToWideChar(CP_UTF8, 0, bytes, sizeof(bytes), units, 8);
-        ASSERT_EQ(units[0], CQuilletApp::DecodeUtf8Pair(static_cast<std::uint16_t>(pair)))
+        ASSERT_EQ(CQuilletApp::DecodeUtf8Pair(static_cast<std::uint16_t>(pair)), units[0])
             << "pair: " << std::hex << pair;
 
         if (kRestored[pair >> 12][pair >> 8 & 0xF] == L'.')
         {
-            ASSERT_EQ(std::wstring(1, units[0]) + L"x",
-                      Decode(Escape(pair >> 8) + Escape(pair & 0xFF) + L"x"))
+            ASSERT_EQ(Decode(Escape(pair >> 8) + Escape(pair & 0xFF) + L"x"),
+                      std::wstring(1, units[0]) + L"x")
                 << "pair: " << std::hex << pair;
         }
     }
@@ -218,12 +218,12 @@ TEST(UrlDecode, GivesTheFirstUnitOfThePlatformsConversionForEveryPair)
 TEST(UrlDecode, KeepsEmbeddedZeros)
 {
     using namespace std::string_literals;
-    EXPECT_EQ(L"\0"s, Decode(L"%00"));
-    EXPECT_EQ(L"a\0b c\0"s, Decode(L"a%00b%20c%00"));
-    EXPECT_EQ(L"\0"s, Decode(L"\0"s));
-    EXPECT_EQ(L"a\0 "s, Decode(L"a\0%20"s));
-    EXPECT_EQ(L"%\0"s, Decode(L"%\0"s));
-    EXPECT_EQ(L"%4\0"s, Decode(L"%4\0"s));
+    EXPECT_EQ(Decode(L"%00"), L"\0"s);
+    EXPECT_EQ(Decode(L"a%00b%20c%00"), L"a\0b c\0"s);
+    EXPECT_EQ(Decode(L"\0"s), L"\0"s);
+    EXPECT_EQ(Decode(L"a\0%20"s), L"a\0 "s);
+    EXPECT_EQ(Decode(L"%\0"s), L"%\0"s);
+    EXPECT_EQ(Decode(L"%4\0"s), L"%4\0"s);
 }
 
 TEST(UrlDecode, ReadsBeyondTheEndOnlyWhenAPercentSignIsTheLastUnitLookedAt)

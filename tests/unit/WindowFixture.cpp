@@ -1,4 +1,4 @@
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 namespace
 {
@@ -36,9 +36,9 @@ PlainWindow::PlainWindow(DWORD style, const CWnd* parent)
                                      ::GetModuleHandleW(nullptr), nullptr));
 }
 
-WindowTest::WindowTest() : m_watchdog(::SetTimer(nullptr, 0, kLongestWait, &EndWait)) {}
+WindowFixture::WindowFixture() : m_watchdog(::SetTimer(nullptr, 0, kLongestWait, &EndWait)) {}
 
-WindowTest::~WindowTest()
+WindowFixture::~WindowFixture()
 {
     ::KillTimer(nullptr, m_watchdog);
     DrainQueue();
