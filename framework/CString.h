@@ -10,7 +10,7 @@ class CString
 {
 public:
     CString() = default;
-    /// Copies a zero-terminated text; null gives the empty string.
+    /// Copies a null-terminated text; null gives the empty string.
     CString(const wchar_t* text);
     /// Copies `length` code units, zeros included.
     CString(const wchar_t* text, int length);
@@ -18,7 +18,7 @@ public:
     int GetLength() const { return static_cast<int>(m_units.size()); }
     bool IsEmpty() const { return m_units.empty(); }
 
-    /// The zero-terminated units; valid until the string is changed or destroyed.
+    /// The null-terminated units; valid until the string is changed or destroyed.
     const wchar_t* GetString() const { return m_units.c_str(); }
     operator const wchar_t*() const { return GetString(); }
 

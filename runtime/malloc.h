@@ -3,5 +3,5 @@
 
 #include_next <malloc.h>
 
-// Declared for later run-time libraries only; see Recalloc.cpp.
+/// Declared for later run-time libraries only; see Recalloc.cpp.
 extern "C" _CRTIMP void* __cdecl _recalloc(void* block, size_t count, size_t size);

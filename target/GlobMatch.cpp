@@ -45,9 +45,9 @@ const wchar_t* NextMember(const wchar_t* member) noexcept
     return member[2] == L'\0' ? member + 2 : member + 3;
 }
 
-/// The position behind a set that accepted the unit with `member`. What stands between is not read
+/// The position after a set that accepted the unit with `member`. What stands between is not read
 /// as members or ranges any more. A set that is never closed reaches to the end of the pattern.
-const wchar_t* BehindSet(const wchar_t* member) noexcept
+const wchar_t* AfterSet(const wchar_t* member) noexcept
 {
     while (*member != L']' && *member != L'\0')
     {
@@ -56,7 +56,7 @@ const wchar_t* BehindSet(const wchar_t* member) noexcept
     return *member == L']' ? member + 1 : member;
 }
 
-/// The position behind the pattern's first element when that accepts the unit, else null. The
+/// The position after the pattern's first element when that accepts the unit, else null. The
 /// element is not a star and not the end of the pattern, the unit not the end of the text.
 const wchar_t* AfterElement(const wchar_t* element, wchar_t unit) noexcept
 {
@@ -71,7 +71,7 @@ const wchar_t* AfterElement(const wchar_t* element, wchar_t unit) noexcept
         {
             if (MemberAccepts(element, unit))
             {
-                return BehindSet(element);
+                return AfterSet(element);
             }
         }
         return nullptr;
@@ -100,7 +100,7 @@ const wchar_t* FirstCandidate(const wchar_t* text, wchar_t first) noexcept
     }
 }
 
-/// Matches the pattern behind a star when every set ends in one place only. Between one star and
+/// Matches the pattern after a star when every set ends in one place only. Between one star and
 /// the next such a pattern is a fixed row of elements of one unit each, so the earliest place where
 /// a row fits leaves the most text to the rest, and no star but the last need ever be widened. Each
 /// unit of the text begins at most one attempt at a row, which reads the row at most once.
@@ -187,7 +187,7 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
     // What trying members from a position on leads to, at the position modulo 4: the next member
     // is at most three units away.
     bool members[4] = {};
-    std::size_t behindSet = length;
+    std::size_t afterSet = length;
     here[length] = false;
     for (std::size_t at = length; at-- > 0;)
     {
@@ -207,12 +207,12 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
 
         if (*element == L']')
         {
-            behindSet = at + 1;
+            afterSet = at + 1;
             members[at % 4] = false;
         }
         else if (MemberAccepts(element, unit))
         {
-            members[at % 4] = next[behindSet];
+            members[at % 4] = next[afterSet];
         }
         else
         {
@@ -221,7 +221,7 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
     }
 }
 
-/// Matches the pattern behind a star when where a set ends may depend on the text. Then one attempt
+/// Matches the pattern after a star when where a set ends may depend on the text. Then one attempt
 /// reaches stars that another does not, and going back to the last star only would be wrong: "abc"
 /// matches "*[a-]*b]c". Instead this tells, from the end of the text to its start, for every
 /// position of the pattern whether the rest of the one matches the rest of the other: each pair of

@@ -10,7 +10,7 @@
 /// Both are null-terminated UTF-16 strings, not null, and are compared code unit by code unit as
 /// unsigned numbers: no case folding, no locale, and a surrogate pair is two units.
 ///
-/// Takes no memory but a bounded piece of stack, keeps no state, and reads nothing behind either
+/// Takes no memory but a bounded piece of stack, keeps no state, and reads nothing past either
 /// terminator. The time is at most about text length x pattern length for every pattern of up to
 /// 32,767 units, which is more than a command line can hold; a longer one gives the same results
 /// without that promise.

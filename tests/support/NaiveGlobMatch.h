@@ -3,9 +3,9 @@
 #include <optional>
 #include <string_view>
 
-/// A second implementation of the glob rules, to judge `GlobMatch` by: each rule written down by
-/// itself on shrinking views, nothing done for speed. Its time grows exponentially with the stars,
-/// so it is for short inputs only.
+// A second implementation of the glob rules, to judge `GlobMatch` by: each rule written down by
+// itself on shrinking views, nothing done for speed. Its time grows exponentially with the stars,
+// so it is for short inputs only.
 namespace naive
 {
 

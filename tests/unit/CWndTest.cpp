@@ -16,20 +16,20 @@ TEST_F(CWndTest, IsFoundByItsHandleWhileAttached)
     PlainWindow window;
     const HWND hwnd = window.m_hWnd;
     ASSERT_TRUE(::IsWindow(hwnd));
-    EXPECT_EQ(hwnd, window.GetSafeHwnd());
-    EXPECT_EQ(&window, CWnd::FromHandlePermanent(hwnd));
+    EXPECT_EQ(window.GetSafeHwnd(), hwnd);
+    EXPECT_EQ(CWnd::FromHandlePermanent(hwnd), &window);
 
     EXPECT_TRUE(window.DestroyWindow());
     EXPECT_FALSE(::IsWindow(hwnd));
-    EXPECT_EQ(nullptr, window.m_hWnd);
-    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(hwnd));
+    EXPECT_EQ(window.m_hWnd, nullptr);
+    EXPECT_EQ(CWnd::FromHandlePermanent(hwnd), nullptr);
     EXPECT_FALSE(window.DestroyWindow());
 }
 
 TEST_F(CWndTest, ForeignHandleHasNoObject)
 {
-    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(nullptr));
-    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(::GetDesktopWindow()));
+    EXPECT_EQ(CWnd::FromHandlePermanent(nullptr), nullptr);
+    EXPECT_EQ(CWnd::FromHandlePermanent(::GetDesktopWindow()), nullptr);
 }
 
 TEST_F(CWndTest, DestructorDestroysTheWindow)
@@ -39,31 +39,31 @@ TEST_F(CWndTest, DestructorDestroysTheWindow)
         PlainWindow window;
         hwnd = window.m_hWnd;
     }
-    EXPECT_NE(nullptr, hwnd);
+    EXPECT_NE(hwnd, nullptr);
     EXPECT_FALSE(::IsWindow(hwnd));
-    EXPECT_EQ(nullptr, CWnd::FromHandlePermanent(hwnd));
+    EXPECT_EQ(CWnd::FromHandlePermanent(hwnd), nullptr);
 }
 
 TEST_F(CWndTest, DetachesWhenThePlatformDestroysTheWindow)
 {
     PlainWindow window;
     ::DestroyWindow(window.m_hWnd);
-    EXPECT_EQ(nullptr, window.m_hWnd);
+    EXPECT_EQ(window.m_hWnd, nullptr);
 }
 
-// The procedure stays, and messages may come behind the last one.
+// The procedure stays, and messages may come after the last one.
 TEST_F(CWndTest, WindowThatHasLostItsObjectGetsDefaultProcessing)
 {
     PlainWindow window;
     const HWND hwnd = window.m_hWnd;
     ::SendMessageW(hwnd, WM_NCDESTROY, 0, 0);
-    EXPECT_EQ(nullptr, window.m_hWnd);
+    EXPECT_EQ(window.m_hWnd, nullptr);
     ::SetWindowTextW(hwnd, L"Titel");
-    EXPECT_EQ(5, ::SendMessageW(hwnd, WM_GETTEXTLENGTH, 0, 0));
+    EXPECT_EQ(::SendMessageW(hwnd, WM_GETTEXTLENGTH, 0, 0), 5);
     ::DestroyWindow(hwnd);
 }
 
-// Answers kProbe itself, passes the rest on, and records both.
+/// Answers kProbe itself, passes the rest on, and records both.
 class RecordingWindow : public PlainWindow
 {
 public:
@@ -87,8 +87,8 @@ protected:
 TEST_F(CWndTest, EveryMessageGoesThroughWindowProc)
 {
     RecordingWindow window;
-    EXPECT_EQ(0x100000007, window.SendMessage(kProbe, 3, 0x100000004));
-    EXPECT_EQ(std::vector{kProbe}, window.seen);
+    EXPECT_EQ(window.SendMessage(kProbe, 3, 0x100000004), 0x100000007);
+    EXPECT_EQ(window.seen, std::vector{kProbe});
     EXPECT_TRUE(window.defaulted.empty());
 }
 
@@ -98,8 +98,8 @@ TEST_F(CWndTest, UnmappedMessageGetsTheWindowsOwnProcessing)
     ::SetWindowTextW(window.m_hWnd, L"Titel");
     wchar_t text[16];
     ::GetWindowTextW(window.m_hWnd, text, 16);
-    EXPECT_STREQ(L"Titel", text);
-    EXPECT_EQ((std::vector<UINT>{WM_SETTEXT, WM_GETTEXT}), window.defaulted);
+    EXPECT_STREQ(text, L"Titel");
+    EXPECT_EQ(window.defaulted, (std::vector<UINT>{WM_SETTEXT, WM_GETTEXT}));
 }
 
 class MappedBase : public PlainWindow
@@ -121,7 +121,7 @@ BEGIN_MESSAGE_MAP(MappedBase, PlainWindow)
     ON_COMMAND(kWindowCommand, &MappedBase::OnWindowCommand)
 END_MESSAGE_MAP()
 
-// Sends itself another message before it asks for the first one's default processing.
+/// Sends itself another message before it asks for the first one's default processing.
 class MappedWindow : public MappedBase
 {
 public:
@@ -156,15 +156,15 @@ TEST_F(CWndTest, MessageGoesToTheMostDerivedHandlerAlone)
 {
     MappedWindow window;
     window.SendMessage(WM_SYSCOMMAND, 0x30, 42);
-    EXPECT_EQ(std::vector<std::string>{"derived class's system command"}, window.handled);
-    EXPECT_EQ(42, window.lastParameter);
-    EXPECT_EQ(std::vector{kInner}, window.defaulted);
+    EXPECT_EQ(window.handled, std::vector<std::string>{"derived class's system command"});
+    EXPECT_EQ(window.lastParameter, 42);
+    EXPECT_EQ(window.defaulted, std::vector{kInner});
 }
 
 TEST_F(CWndTest, HandlerOfTheBaseServesTheDerivedClass)
 {
     MappedWindow window;
-    EXPECT_EQ(0x1234, window.SendMessage(WM_QUERYDRAGICON));
+    EXPECT_EQ(window.SendMessage(WM_QUERYDRAGICON), 0x1234);
 }
 
 TEST_F(CWndTest, DefaultMeansTheMessageBeingHandled)
@@ -172,15 +172,15 @@ TEST_F(CWndTest, DefaultMeansTheMessageBeingHandled)
     MappedWindow window;
     window.SendMessage(WM_SYSCOMMAND, 0x20);
     // The inner message came and went in between.
-    EXPECT_EQ((std::vector<UINT>{kInner, WM_SYSCOMMAND}), window.defaulted);
+    EXPECT_EQ(window.defaulted, (std::vector<UINT>{kInner, WM_SYSCOMMAND}));
 }
 
 TEST_F(CWndTest, CommandGoesToTheWindowFirst)
 {
     MappedWindow window;
     window.SendMessage(WM_COMMAND, kWindowCommand);
-    EXPECT_EQ(std::vector<std::string>{"window's command"}, window.handled);
-    EXPECT_EQ(0, m_app.commands);
+    EXPECT_EQ(window.handled, std::vector<std::string>{"window's command"});
+    EXPECT_EQ(m_app.commands, 0);
     EXPECT_TRUE(window.defaulted.empty());
 }
 
@@ -188,7 +188,7 @@ TEST_F(CWndTest, CommandThatNoWindowHandlesGoesToTheApplication)
 {
     MappedWindow window;
     window.SendMessage(WM_COMMAND, TestApp::kCommand);
-    EXPECT_EQ(1, m_app.commands);
+    EXPECT_EQ(m_app.commands, 1);
     EXPECT_TRUE(window.defaulted.empty());
 }
 
@@ -196,7 +196,7 @@ TEST_F(CWndTest, CommandThatNobodyHandlesGetsDefaultProcessing)
 {
     MappedWindow window;
     window.SendMessage(WM_COMMAND, 0x7fff);
-    EXPECT_EQ(std::vector<UINT>{WM_COMMAND}, window.defaulted);
+    EXPECT_EQ(window.defaulted, std::vector<UINT>{WM_COMMAND});
 }
 
 TEST_F(CWndTest, ControlsNotificationIsACommandOnlyWhenItIsAClick)
@@ -207,7 +207,7 @@ TEST_F(CWndTest, ControlsNotificationIsACommandOnlyWhenItIsAClick)
     EXPECT_TRUE(window.handled.empty());
     window.SendMessage(WM_COMMAND, MAKEWPARAM(kWindowCommand, BN_CLICKED), control);
     window.SendMessage(WM_COMMAND, MAKEWPARAM(kWindowCommand, 1)); // an accelerator's
-    EXPECT_EQ(2u, window.handled.size());
+    EXPECT_EQ(window.handled.size(), 2u);
 }
 
 TEST_F(CWndTest, ModalStateDisablesTheWindowItself)
@@ -223,24 +223,24 @@ TEST_F(CWndTest, SystemMenuTakesFurtherEntries)
 {
     PlainWindow window;
     CMenu* menu = window.GetSystemMenu(FALSE);
-    ASSERT_NE(nullptr, menu);
+    ASSERT_NE(menu, nullptr);
     const HMENU handle = ::GetSystemMenu(window.m_hWnd, FALSE);
     const int before = ::GetMenuItemCount(handle);
 
     EXPECT_TRUE(menu->AppendMenu(MF_SEPARATOR));
     EXPECT_TRUE(menu->AppendMenu(MF_STRING, 0x20, L"&Mehr"));
-    EXPECT_EQ(before + 2, ::GetMenuItemCount(handle));
+    EXPECT_EQ(::GetMenuItemCount(handle), before + 2);
     EXPECT_TRUE(::GetMenuState(handle, static_cast<UINT>(before), MF_BYPOSITION) & MF_SEPARATOR);
     wchar_t text[16];
     ::GetMenuStringW(handle, 0x20, text, 16, MF_BYCOMMAND);
-    EXPECT_STREQ(L"&Mehr", text);
+    EXPECT_STREQ(text, L"&Mehr");
 }
 
 TEST_F(CWndTest, WindowWithoutSystemMenuGivesNone)
 {
     PlainWindow window(WS_OVERLAPPED);
-    EXPECT_EQ(nullptr, window.GetSystemMenu(FALSE));
-    EXPECT_EQ(nullptr, CMenu::FromHandle(nullptr));
+    EXPECT_EQ(window.GetSystemMenu(FALSE), nullptr);
+    EXPECT_EQ(CMenu::FromHandle(nullptr), nullptr);
 }
 
 class PaintingWindow : public PlainWindow
@@ -257,7 +257,7 @@ protected:
         CPaintDC dc(this);
         ++painted;
         windowOfContext = ::WindowFromDC(dc.GetSafeHdc());
-        EXPECT_EQ(dc.m_ps.hdc, dc.GetSafeHdc());
+        EXPECT_EQ(dc.GetSafeHdc(), dc.m_ps.hdc);
         EXPECT_TRUE(dc.DrawIcon(0, 0, ::LoadIconW(nullptr, IDI_APPLICATION)));
     }
 };
@@ -273,7 +273,7 @@ TEST_F(CWndTest, PaintContextPaintsAndValidatesItsWindow)
     ::InvalidateRect(window.m_hWnd, nullptr, FALSE);
     ::UpdateWindow(window.m_hWnd);
     EXPECT_LE(1, window.painted);
-    EXPECT_EQ(window.m_hWnd, window.windowOfContext);
+    EXPECT_EQ(window.windowOfContext, window.m_hWnd);
     EXPECT_FALSE(::GetUpdateRect(window.m_hWnd, nullptr, FALSE));
 }
 

@@ -7,6 +7,7 @@
 #include "tests/support/LongTexts.h"
 #include "tests/support/NaiveGlobMatch.h"
 #include "tests/support/RandomSeed.h"
+#include "tests/support/ReadableUnits.h"
 
 #include <gtest/gtest.h>
 
@@ -20,32 +21,12 @@ namespace
 {
 
 /// Text and pattern end directly before inaccessible pages, so that every test of this file also
-/// shows that nothing behind a terminator is read.
+/// shows that nothing past a terminator is read.
 int Match(std::u16string_view text, std::u16string_view pattern)
 {
     const GuardedText guardedText(text);
     const GuardedText guardedPattern(pattern);
     return GlobMatch(guardedText.Get(), guardedPattern.Get());
-}
-
-/// The units as a person can read them, everything outside ASCII as <hexadecimal>.
-std::string Readable(std::u16string_view units)
-{
-    std::string result;
-    for (const char16_t unit : units)
-    {
-        if (unit >= 0x20 && unit < 0x7F)
-        {
-            result += static_cast<char>(unit);
-        }
-        else
-        {
-            char code[8];
-            std::snprintf(code, sizeof code, "<%04X>", static_cast<unsigned>(unit));
-            result += code;
-        }
-    }
-    return result;
 }
 
 struct Row
@@ -60,7 +41,7 @@ void ExpectRows(const Row (&rows)[N])
 {
     for (const Row& row : rows)
     {
-        EXPECT_EQ(row.result, Match(row.text, row.pattern))
+        EXPECT_EQ(Match(row.text, row.pattern), row.result)
             << "text: " << Readable(row.text) << "  pattern: " << Readable(row.pattern);
     }
 }
@@ -136,21 +117,38 @@ TEST(GlobMatch, StarTakesAnyRun)
 
 TEST(GlobMatch, SetTakesOneOfItsMembers)
 {
+    // clang-format off
     ExpectRows({
-        {u"b", u"[abc]", 1},    {u"d", u"[abc]", 0},   {u"", u"[abc]", 0},
-        {u"ab", u"[a]b", 1},    {u"a", u"[a]b", 0},    {u"b", u"[a-c]", 1},
-        {u"a", u"[a-c]", 1},    {u"c", u"[a-c]", 1},   {u"d", u"[a-c]", 0},
+        {u"b", u"[abc]", 1},
+        {u"d", u"[abc]", 0},
+        {u"", u"[abc]", 0},
+        {u"ab", u"[a]b", 1},
+        {u"a", u"[a]b", 0},
+        {u"b", u"[a-c]", 1},
+        {u"a", u"[a-c]", 1},
+        {u"c", u"[a-c]", 1},
+        {u"d", u"[a-c]", 0},
         {u"b", u"[c-a]", 1}, // downwards is the same range
-        {u"d", u"[c-a]", 0},    {u"a", u"[a-a]", 1},   {u"-", u"[a-c]", 0},
-        {u"-", u"[-a]", 1},                            // first in the set it is a member
-        {u"a", u"[-a]", 1},     {u"-", u"[--a]", 1},   // the range from "-" to "a"
-        {u"A", u"[--a]", 1},    {u"-", u"[a-c-e]", 1}, // behind a range the "-" is a member again
+        {u"d", u"[c-a]", 0},
+        {u"a", u"[a-a]", 1},
+        {u"-", u"[a-c]", 0},
+        {u"-", u"[-a]", 1}, // first in the set it is a member
+        {u"a", u"[-a]", 1},
+        {u"-", u"[--a]", 1}, // the range from "-" to "a"
+        {u"A", u"[--a]", 1},
+        {u"-", u"[a-c-e]", 1}, // after a range the "-" is a member again
         {u"d", u"[a-c-e]", 0}, // ... and begins none, for "e" follows it, not another "-"
-        {u"-", u"[---]", 1},    {u".", u"[---]", 0},   {u"x", u"[a-cx-z]", 1},
-        {u"d", u"[a-cx-z]", 0}, {u"*", u"[*]", 1}, // stars, question marks and brackets are members
-        {u"?", u"[?]", 1},      {u"a", u"[*?]", 0},    {u"[", u"[[]", 1},
+        {u"-", u"[---]", 1},
+        {u".", u"[---]", 0},
+        {u"x", u"[a-cx-z]", 1},
+        {u"d", u"[a-cx-z]", 0},
+        {u"*", u"[*]", 1}, // stars, question marks and brackets are members
+        {u"?", u"[?]", 1},
+        {u"a", u"[*?]", 0},
+        {u"[", u"[[]", 1},
         {u"[", u"[a[]", 1},
     });
+    // clang-format on
 }
 
 TEST(GlobMatch, SetKnowsNoNegation)
@@ -197,7 +195,7 @@ TEST(GlobMatch, ClosingBracketAsBoundClosesOnlyWhenItsRangeMatches)
         {u"]", u"[a-]", 1},
         {u"`", u"[a-]", 1},
         {u"a", u"[a-]", 1},
-        {u"b", u"[a-]", 0},   // goes on behind the "]" and finds the end
+        {u"b", u"[a-]", 0},   // goes on after the "]" and finds the end
         {u"b", u"[a-]b]", 1}, // ... or more members
         {u"x", u"[a-]x]", 1},
         {u"a", u"[a-]b]", 0}, // for "a" the first "]" closes, and "b]" is left
@@ -228,14 +226,29 @@ TEST(GlobMatch, WhatFollowsTheMatchingMemberIsSkippedUnread)
 
 TEST(GlobMatch, UnclosedSetReachesToTheEndOfThePattern)
 {
+    // clang-format off
     ExpectRows({
-        {u"[", u"[", 0},      {u"", u"[", 0},     {u"b", u"[a", 0},    {u"b", u"[a-", 0},
+        {u"[", u"[", 0},
+        {u"", u"[", 0},
+        {u"b", u"[a", 0},
+        {u"b", u"[a-", 0},
         {u"-", u"[a-", 0}, // a range without a bound fails before its "-" is looked at
-        {u"a", u"[a", 1},     {u"a", u"[ab", 1},  {u"b", u"[ab", 1},   {u"ab", u"[ab", 0},
-        {u"a", u"[a-", 1},    {u"b", u"[a-c", 1}, {u"x", u"[a-]x", 1}, {u"xx", u"[a-]x", 0},
-        {u"ax", u"[a-]x", 1}, {u"a", u"[a*", 1}, // the star belongs to the set
-        {u"ab", u"[a*", 0},   {u"a", u"[a\\", 1}, {u"bca", u"*[a", 1}, {u"bcab", u"*[a", 0},
+        {u"a", u"[a", 1},
+        {u"a", u"[ab", 1},
+        {u"b", u"[ab", 1},
+        {u"ab", u"[ab", 0},
+        {u"a", u"[a-", 1},
+        {u"b", u"[a-c", 1},
+        {u"x", u"[a-]x", 1},
+        {u"xx", u"[a-]x", 0},
+        {u"ax", u"[a-]x", 1},
+        {u"a", u"[a*", 1}, // the star belongs to the set
+        {u"ab", u"[a*", 0},
+        {u"a", u"[a\\", 1},
+        {u"bca", u"*[a", 1},
+        {u"bcab", u"*[a", 0},
     });
+    // clang-format on
 }
 
 TEST(GlobMatch, BackslashMakesTheNextUnitOrdinary)
@@ -284,13 +297,13 @@ TEST(GlobMatch, GoingBackToTheLastStarOnlyWouldBeWrongForVaryingSets)
         {u"", u"*[a-]**", 0},
         {u"a", u"*[a-]**", 1},
         {u"b", u"*[a-]b", 1},      // unclosed for "b"
-        {u"b*", u"**[a-]*\\*", 1}, // the first star behind the "]" as a member
+        {u"b*", u"**[a-]*\\*", 1}, // the first star after the "]" as a member
         {u"a*", u"**[a-]*\\*", 1},
         {u"a", u"**[a-]*\\", 0},
-        {u"x-]y", u"*[0-9-]]y", 1}, // behind a range "-" is a member, so this end does not vary
+        {u"x-]y", u"*[0-9-]]y", 1}, // after a range "-" is a member, so this end does not vary
         {u"aab]", u"*\\[a-]*", 0},  // neither does this: there is no set
         {u"a[a-]b", u"*\\[a-]*", 1},
-        {u"[a[*c", u"*\\[[-x-]*b]c", 1}, // the escaped "[" begins no range with the one behind it
+        {u"[a[*c", u"*\\[[-x-]*b]c", 1}, // the escaped "[" begins no range with the one after it
     });
 }
 
@@ -313,9 +326,9 @@ TEST(GlobMatch, UnitsAreUnsignedAndCharactersAreNotDecoded)
         {u"\u0141", u"A", 0}, // the low bytes alone are equal
     });
     constexpr char16_t kLoneSurrogates[] = {0xDC00, 0xD800, 0};
-    EXPECT_EQ(1, Match(kLoneSurrogates, u"??"));
-    EXPECT_EQ(1, Match(kLoneSurrogates, u"[\uD7FF-\uE000]*"));
-    EXPECT_EQ(1, Match(kLoneSurrogates, kLoneSurrogates));
+    EXPECT_EQ(Match(kLoneSurrogates, u"??"), 1);
+    EXPECT_EQ(Match(kLoneSurrogates, u"[\uD7FF-\uE000]*"), 1);
+    EXPECT_EQ(Match(kLoneSurrogates, kLoneSurrogates), 1);
 }
 
 /// `part` repeated as often as `units` units have room for it.
@@ -326,8 +339,8 @@ std::u16string Filled(const char16_t* part, std::size_t units)
 
 constexpr std::size_t kLongestWindowText = 4'095;
 
-/// Each of these costs the plain rules exponential time, or a power of the text's length. They are
-/// done with when the test program ends within its time limit at all.
+// Each of these costs the plain rules exponential time, or a power of the text's length. They are
+// done with when the test program ends within its time limit at all.
 TEST(GlobMatch, HostilePatternsEndSoon)
 {
     constexpr std::size_t kText = kLongestWindowText;
@@ -358,11 +371,11 @@ TEST(GlobMatch, HostilePatternsEndSoon)
     };
     for (const auto& row : rows)
     {
-        EXPECT_EQ(row.result, Match(row.text, row.pattern)) << Readable(row.pattern.substr(0, 40));
+        EXPECT_EQ(Match(row.text, row.pattern), row.result) << Readable(row.pattern.substr(0, 40));
     }
 }
 
-/// Around the length up to which the time is bounded the results stay the same.
+// Around the length up to which the time is bounded the results stay the same.
 TEST(GlobMatch, PatternsLongerThanAnyCommandLineFollowTheSameRules)
 {
     for (std::size_t length = kLongestCommandLine - 2; length < kLongestCommandLine + 5; ++length)
@@ -370,10 +383,10 @@ TEST(GlobMatch, PatternsLongerThanAnyCommandLineFollowTheSameRules)
         // Nothing asks for "x", and "abc" needs both ends of the set.
         constexpr std::u16string_view kEnd = u"a-]*b]c";
         const std::u16string filler = Repeated(u"x", length - kEnd.size() - 2);
-        EXPECT_EQ(1, Match(u"abc", u"*[" + filler + std::u16string(kEnd))) << length;
-        EXPECT_EQ(0, Match(u"abd", u"*[" + filler + std::u16string(kEnd))) << length;
+        EXPECT_EQ(Match(u"abc", u"*[" + filler + std::u16string(kEnd)), 1) << length;
+        EXPECT_EQ(Match(u"abd", u"*[" + filler + std::u16string(kEnd)), 0) << length;
     }
-    EXPECT_EQ(1, Match(u"abc", Repeated(u"*", 40'000) + u"[a-]*b]c"));
+    EXPECT_EQ(Match(u"abc", Repeated(u"*", 40'000) + u"[a-]*b]c"), 1);
 }
 
 /// Few different units, so that odd sets are common and short texts often match. "-]" is what makes
@@ -407,8 +420,9 @@ TEST(GlobMatchAtRandom, AgreesWithTheNaiveRulesOnRandomPairs)
         const std::u16string text = RandomUnits(random, kTextParts, 6);
         const std::u16string pattern = RandomUnits(random, kPatternParts, 10);
         const bool expected = naive::GlobMatch(text, pattern);
-        ASSERT_EQ(expected ? 1 : 0, GlobMatch(reinterpret_cast<const wchar_t*>(text.c_str()),
-                                              reinterpret_cast<const wchar_t*>(pattern.c_str())))
+        ASSERT_EQ(GlobMatch(reinterpret_cast<const wchar_t*>(text.c_str()),
+                            reinterpret_cast<const wchar_t*>(pattern.c_str())),
+                  expected ? 1 : 0)
             << "text: " << text.size() << " " << Readable(text)
             << "  pattern: " << Readable(pattern);
         const std::size_t star = pattern.find(u'*');
