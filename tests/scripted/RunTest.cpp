@@ -202,6 +202,8 @@ INSTANTIATE_TEST_SUITE_P(, RunWithNotification, ::testing::Values(
     NotificationRow{L" -msg=-1025", "SendNotifyMessageW(target, 0xffffffff, 0, 0)"},
     NotificationRow{L" -msg=0x7fffffff", "SendNotifyMessageW(target, 0x800003ff, 0, 0)"},
     NotificationRow{L" -msg=-2147483648", "SendNotifyMessageW(target, 0x80000400, 0, 0)"},
+    NotificationRow{L" -msg=0xfffffc00", "SendNotifyMessageW(target, 0x0, 0, 0)"},
+    NotificationRow{L" -wparam=0x -lparam=0xffffffffffffffff", "SendNotifyMessageW(target, 0x400, 0, -1)"},
     NotificationRow{L" -wparam=-1 -lparam=0x7fffffffffffffff", "SendNotifyMessageW(target, 0x400, -1, 9223372036854775807)"},
     NotificationRow{L" -wparam=7 -lparam=-8", "SendNotifyMessageW(target, 0x400, 7, -8)"}));
 // clang-format on

@@ -4,7 +4,6 @@
 #include "tests/support/PlainUrl.h"
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 
@@ -12,13 +11,6 @@
 // program's by: no lower-cased copy, no scan function, no regular expressions.
 namespace plain
 {
-
-struct Gathered
-{
-    SendRequest request;
-    /// False when a number was larger than its field: which value that gives is nobody's promise.
-    bool numbersFit = true;
-};
 
 inline wchar_t Lower(wchar_t unit)
 {
@@ -64,7 +56,7 @@ inline std::wstring TrimValue(const std::wstring& text)
 }
 
 template <typename Number>
-void ReadNumber(const std::wstring& text, Number& field, bool& fits)
+void ReadNumber(const std::wstring& text, Number& field)
 {
     std::size_t i = text.find_first_not_of(L" \t\n\v\f\r");
     i = i == text.npos ? text.size() : i;
@@ -74,28 +66,26 @@ void ReadNumber(const std::wstring& text, Number& field, bool& fits)
         ++i;
     }
     int base = 10;
-    // A prefix without digits is a zero and an "x" after it: so this C library reads it, while the
-    // language's standard has it read nothing.
+    // A zero is a digit by itself; with an "x" behind it, it is none, and digits have to follow.
     bool hasDigits = UnitAt(text, i) == L'0';
     if (hasDigits)
     {
         const bool isHexadecimal = Lower(UnitAt(text, i + 1)) == L'x';
         base = isHexadecimal ? 16 : 8;
         i += isHexadecimal ? 2 : 0;
+        hasDigits = !isHexadecimal;
     }
-    constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<Number>::max());
+    // Unsigned, because of what does not fit only the low bits are kept.
     std::uint64_t value = 0;
     for (; i < text.size() && HexValue(text[i]) >= 0 && HexValue(text[i]) < base; ++i)
     {
         hasDigits = true;
-        const auto digit = static_cast<std::uint64_t>(HexValue(text[i]));
-        fits = fits && value <= (kLargest - digit) / static_cast<std::uint64_t>(base);
-        value = value * static_cast<std::uint64_t>(base) + digit;
+        value = value * static_cast<std::uint64_t>(base) +
+                static_cast<std::uint64_t>(HexValue(text[i]));
     }
     if (hasDigits)
     {
-        const auto number = static_cast<Number>(value);
-        field = isNegative && fits ? -number : number;
+        field = static_cast<Number>(isNegative ? 0 - value : value);
     }
 }
 
@@ -111,44 +101,43 @@ inline void SetText(const Given& given, std::wstring& field)
 }
 
 template <typename Number>
-void SetNumber(const Given& given, Number& field, bool& fits)
+void SetNumber(const Given& given, Number& field)
 {
     if (given)
     {
-        ReadNumber(*given, field, fits);
+        ReadNumber(*given, field);
     }
 }
 
 template <typename Source>
-void Apply(const Source& source, Gathered& gathered)
+void Apply(const Source& source, SendRequest& request)
 {
-    SendRequest& request = gathered.request;
     request.noDialog |= source(L"nodlg", L"").has_value();
     request.activateWindow |= source(L"activatewindow", L"").has_value();
     request.globSearch |= source(L"seaglob", L"").has_value();
-    SetNumber(source(L"msg", L"="), request.messageOffset, gathered.numbersFit);
-    SetNumber(source(L"lparam", L"="), request.lParam, gathered.numbersFit);
-    SetNumber(source(L"wparam", L"="), request.wParam, gathered.numbersFit);
+    SetNumber(source(L"msg", L"="), request.messageOffset);
+    SetNumber(source(L"lparam", L"="), request.lParam);
+    SetNumber(source(L"wparam", L"="), request.wParam);
     SetText(source(L"kla", L"="), request.windowClass);
     SetText(source(L"nam", L"="), request.windowText);
     SetText(source(L"copydata", L"="), request.copyData);
     SetText(source(L"copydataencoding", L"="), request.copyDataEncoding);
 }
 
-inline Gathered GatherSwitches(const std::wstring& line)
+inline SendRequest GatherSwitches(const std::wstring& line)
 {
-    Gathered gathered;
+    SendRequest request;
     Apply([&](const std::wstring& name,
               const std::wstring& end) { return After(line, L" -" + name + end); },
-          gathered);
-    return gathered;
+          request);
+    return request;
 }
 
 /// The request of a line that does not ask for help. Throws ReadBeyondEnd when the run ends without
 /// a result.
-inline Gathered Gather(const std::wstring& line)
+inline SendRequest Gather(const std::wstring& line)
 {
-    Gathered gathered = GatherSwitches(line);
+    SendRequest request = GatherSwitches(line);
     const Given url = After(line, L" -url=");
     const Parameters parameters = url ? ParseUrl(CutUrl(*url)) : Parameters();
     Apply(
@@ -156,8 +145,8 @@ inline Gathered Gather(const std::wstring& line)
             const auto found = parameters.find(key);
             return found == parameters.end() ? Given() : Given(found->second);
         },
-        gathered);
-    return gathered;
+        request);
+    return request;
 }
 
 } // namespace plain

@@ -39,10 +39,6 @@ constexpr Row kRows[] = {
     {L"1.9", 1},
     {L"1e3", 1},
     {L"0b11", 0},
-#ifdef __MINGW32__
-    {L"0x", 0}, // by the standard nothing, which is what other C libraries read
-    {L"-0xg", 0},
-#endif
     {L"1'000", 1},
     {L"12 34", 12},
     {L"", kUnchanged},
@@ -54,6 +50,10 @@ constexpr Row kRows[] = {
     {L"+-5", kUnchanged},
     {L"abc", kUnchanged},
     {L"x10", kUnchanged},
+    {L"0x", kUnchanged}, // a prefix is no number
+    {L"0X", kUnchanged},
+    {L" -0xg", kUnchanged},
+    {L"0x -msg=4", kUnchanged},
     {L"\u0665", kUnchanged}, // a digit, but not one of the ten
     {L"\uFF15", kUnchanged},
 };
@@ -91,5 +91,38 @@ TEST(ReadNumber, WideFieldTakesSixtyFourBits)
         EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
     }
 }
+
+TEST(ReadNumber, NarrowFieldKeepsTheLowBits)
+{
+    constexpr Row kRowsBeyond[] = {
+        {L"0xffffffff", -1},          {L"0xfffffc00", -1024}, // with WM_USER the message 0
+        {L"037777777777", -1},        {L"2147483648", INT32_MIN}, {L"-2147483649", INT32_MAX},
+        {L"4294967295", -1},          {L"4294967296", 0},         {L"-4294967297", -1},
+        {L"0x123456789", 0x23456789},
+    };
+    for (const auto& [text, number] : kRowsBeyond)
+    {
+        EXPECT_EQ(number, Read<std::int32_t>(text)) << "text: <" << text << ">";
+    }
+}
+
+#ifdef __MINGW32__ // what the newer library that Visual C++ links makes of these has not been tried
+TEST(ReadNumber, WideFieldKeepsTheLowBits)
+{
+    constexpr Row kRowsBeyond[] = {
+        {L"0xffffffffffffffff", -1},         {L"-0xffffffffffffffff", 1},
+        {L"0xfffffffffffffc00", -1024},      {L"01777777777777777777777", -1},
+        {L"9223372036854775808", INT64_MIN}, {L"18446744073709551615", -1},
+        {L"18446744073709551616", 0},        {L"0x10000000000000005", 5},
+        {L"-18446744073709551617", -1},
+    };
+    for (const auto& [text, number] : kRowsBeyond)
+    {
+        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
+        EXPECT_EQ(static_cast<std::int32_t>(number), Read<std::int32_t>(text))
+            << "text: <" << text << ">";
+    }
+}
+#endif
 
 } // namespace
