@@ -151,7 +151,6 @@ int wmain()
     Compare("run with a URL", "ms", &WholeRun, kBareNotify,
             {L"quillet.exe", L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\""});
     Compare("answer to end", "ms", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
-    // The longest URL takes the most: its expressions recurse once per character.
     const std::wstring longUrl = L" -url=demo://open?a=" + std::wstring(32'000, L'x');
     Compare("memory", "MB", &PeakMegabytes, kBareDialog, {L"quillet.exe", L""});
     Compare("memory, longest URL", "MB", &PeakMegabytes, kBareDialog,

@@ -137,14 +137,6 @@ TEST(ProgramFile, HasNoSectionBothWritableAndExecutable)
     }
 }
 
-// The standard library's regular expressions recurse once per character; 8 MiB were measured to be
-// too little for a URL that fills the command line.
-TEST(ProgramFile, ReservesStackForTheLongestUrl)
-{
-    constexpr auto kEnough = std::uint64_t{16} << 20;
-    EXPECT_GE(ProgramFile().headers.OptionalHeader.SizeOfStackReserve, kEnough);
-}
-
 // The checked build keeps its symbols, for whoever looks for a fault in it.
 #ifndef QUILLET_CHECKED
 TEST(ProgramFile, IsStripped)
