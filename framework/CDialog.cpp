@@ -10,10 +10,29 @@ namespace
 /// The dialog whose window the platform is creating. Its first message names the window.
 CDialog* dialogBeingCreated = nullptr;
 
+/// How many modal dialogs have not returned yet.
+int openModalDialogs = 0;
+
 /// The platform's keyboard handling takes the Execute key for Enter.
 bool MeansEnter(WPARAM key)
 {
     return key == VK_RETURN || key == VK_EXECUTE;
+}
+
+/// Whether the template leaves it open where the dialog appears: its place is 0, 0.
+bool IsPlaceOpen(const wchar_t* name)
+{
+    const HINSTANCE module = AfxFindResourceHandle(name, RT_DIALOG);
+    const auto* const words = static_cast<const WORD*>(
+        ::LockResource(::LoadResource(module, ::FindResourceW(module, name, RT_DIALOG))));
+    if (words == nullptr)
+    {
+        return false;
+    }
+    // The extended form, which this second word tells, has more in front of the place.
+    constexpr WORD kExtendedSignature = 0xFFFF;
+    const WORD* const place = words + (words[1] == kExtendedSignature ? 9 : 5);
+    return place[0] == 0 && place[1] == 0;
 }
 
 bool IsPushButton(HWND control)
@@ -69,15 +88,24 @@ INT_PTR CDialog::DoModal()
     {
         return -1;
     }
-    if (owner != nullptr)
+    if (!IsWindowVisible() && IsPlaceOpen(MAKEINTRESOURCEW(m_idTemplate)))
+    {
+        CenterWindow();
+    }
+    // Several boxes can be open at once. The owner stays disabled until the one that disabled it
+    // ends, which is the last one to return: the others run inside its loop.
+    const bool disablesOwner = owner != nullptr && owner->IsWindowEnabled();
+    if (disablesOwner)
     {
         owner->BeginModalState();
     }
     ShowWindow(SW_SHOWNORMAL);
+    ++openModalDialogs;
     const int result = RunModalLoop();
+    --openModalDialogs;
     // Enabled before the box goes away: else the platform would activate some other program's
     // window.
-    if (owner != nullptr)
+    if (disablesOwner)
     {
         owner->EndModalState();
     }
@@ -88,7 +116,16 @@ INT_PTR CDialog::DoModal()
 void CDialog::EndDialog(int result)
 {
     EndModalLoop(result);
-    ::EndDialog(m_hWnd, result);
+    // The platform's own way to end a dialog may enable the owner, whoever disabled it, and with
+    // another modal dialog open that would be too early.
+    if (openModalDialogs > 1)
+    {
+        ShowWindow(SW_HIDE);
+    }
+    else
+    {
+        ::EndDialog(m_hWnd, result);
+    }
 }
 
 void CDialog::OnOK()

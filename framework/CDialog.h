@@ -19,8 +19,10 @@ public:
     /// Creates the window, modeless; without a parent, the application's main window owns it. TRUE
     /// on success.
     BOOL Create(UINT idTemplate, CWnd* parent = nullptr);
-    /// Creates the window, shows it and waits for its end, with the owner disabled meanwhile. Gives
-    /// the result of EndDialog, or -1 when there is no window.
+    /// Creates the window, shows it and waits for its end, with the owner disabled meanwhile,
+    /// unless it already is. A template whose place is 0, 0 and that is not visible by itself
+    /// appears over the owner's centre. Gives the result of EndDialog, or -1 when there is no
+    /// window.
     virtual INT_PTR DoModal();
     /// Ends a running modal loop with `result`, and hides the window in any case.
     void EndDialog(int result);

@@ -3,6 +3,7 @@
 #include "CMenu.h"
 #include "CWinApp.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -13,6 +14,14 @@ std::map<HWND, CWnd*>& AttachedWindows()
 {
     static std::map<HWND, CWnd*> windows;
     return windows;
+}
+
+/// Where a window of this extent starts so that it lies in the middle of the area; a start that is
+/// beyond the limits is drawn inside, and of a window that is too large the start is shown.
+int CentredIn(LONG areaStart, LONG areaEnd, LONG extent, LONG lowest, LONG highest)
+{
+    const LONG start = areaStart + (areaEnd - areaStart - extent) / 2;
+    return std::max(lowest, std::min(start, highest - extent));
 }
 
 } // namespace
@@ -57,6 +66,30 @@ void CWnd::Detach()
 BOOL CWnd::DestroyWindow()
 {
     return m_hWnd == nullptr ? FALSE : ::DestroyWindow(m_hWnd);
+}
+
+void CWnd::CenterWindow()
+{
+    const HWND owner = ::GetWindow(m_hWnd, GW_OWNER);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    ::GetMonitorInfoW(
+        ::MonitorFromWindow(owner != nullptr ? owner : m_hWnd, MONITOR_DEFAULTTONEAREST), &monitor);
+    const RECT& work = monitor.rcWork;
+
+    // A minimised window stands far outside the screen.
+    RECT area = work;
+    if (owner != nullptr && ::IsWindowVisible(owner) && !::IsIconic(owner))
+    {
+        ::GetWindowRect(owner, &area);
+    }
+    RECT window;
+    ::GetWindowRect(m_hWnd, &window);
+    ::SetWindowPos(
+        m_hWnd, nullptr,
+        CentredIn(area.left, area.right, window.right - window.left, work.left, work.right),
+        CentredIn(area.top, area.bottom, window.bottom - window.top, work.top, work.bottom), 0, 0,
+        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam)

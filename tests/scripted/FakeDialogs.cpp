@@ -40,6 +40,11 @@ BOOL WINAPI FakeEnableWindow(HWND window, BOOL enable)
     return FALSE;
 }
 
+BOOL WINAPI FakeIsWindowEnabled(HWND)
+{
+    return TRUE;
+}
+
 HWND WINAPI FakeGetAncestor(HWND, UINT)
 {
     return nullptr;

@@ -19,6 +19,9 @@ public:
     /// What happens when the controls are there.
     std::function<void()> onInit = [] {};
     std::function<void()> onDestroy = [] {};
+    /// What happens at the step that is posted.
+    std::function<void()> onStep = [] {};
+    static constexpr UINT kStep = WM_APP;
 
     HWND Control(int id) const { return ::GetDlgItem(m_hWnd, id); }
 
@@ -40,6 +43,10 @@ protected:
         if (message == WM_DESTROY)
         {
             onDestroy();
+        }
+        if (message == kStep)
+        {
+            onStep();
         }
         // The platform's own requests for the default command, of which none may come.
         if (message == WM_USER)
@@ -285,6 +292,47 @@ TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
 {
     m_app.m_pMainWnd = &m_owner;
     EXPECT_EQ(-1, TestDialog(999).DoModal());
+    EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
+}
+
+// Two boxes at once, as two commands in a row open them: the inner one runs in the outer one's
+// loop.
+TEST_F(DoModal, OwnerStaysDisabledUntilTheBoxThatDisabledItEnds)
+{
+    m_app.m_pMainWnd = &m_owner;
+    TestDialog outer;
+    TestDialog inner;
+    outer.onInit = [&] { outer.PostMessage(TestDialog::kStep); };
+    outer.onStep = [&] {
+        inner.onInit = [&] { inner.PostMessage(WM_COMMAND, IDCANCEL); };
+        EXPECT_EQ(IDCANCEL, inner.DoModal());
+        EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
+        outer.PostMessage(WM_COMMAND, IDOK);
+    };
+    EXPECT_EQ(IDOK, outer.DoModal());
+    EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
+}
+
+TEST_F(DoModal, OwnerStaysDisabledWhenTheOuterBoxIsClosedFirst)
+{
+    m_app.m_pMainWnd = &m_owner;
+    TestDialog outer;
+    TestDialog inner;
+    outer.onInit = [&] { outer.PostMessage(TestDialog::kStep); };
+    outer.onStep = [&] {
+        inner.onInit = [&] {
+            outer.PostMessage(WM_COMMAND, IDOK);
+            inner.PostMessage(TestDialog::kStep);
+        };
+        inner.onStep = [&] {
+            EXPECT_FALSE(::IsWindowVisible(outer.m_hWnd));
+            EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
+            inner.PostMessage(WM_COMMAND, IDCANCEL);
+        };
+        EXPECT_EQ(IDCANCEL, inner.DoModal());
+        EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
+    };
+    EXPECT_EQ(IDOK, outer.DoModal());
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 

@@ -1,0 +1,150 @@
+// Several About boxes at once, and where they appear.
+#include "res/resource.h"
+#include "tests/support/QuilletRun.h"
+#include "tests/support/WaitDialogProbe.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+RECT RectOf(HWND window)
+{
+    RECT rect{};
+    ::GetWindowRect(window, &rect);
+    return rect;
+}
+
+class ModalAboutBox : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(dialog, nullptr);
+        ASSERT_TRUE(WaitForPostedMessages(dialog));
+    }
+
+    /// The boxes that are shown.
+    std::vector<HWND> Boxes() const
+    {
+        struct Search
+        {
+            DWORD process;
+            std::vector<HWND> found;
+        } search{run.Id(), {}};
+        const auto collect = [](HWND window, LPARAM parameter) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(parameter);
+            DWORD process = 0;
+            ::GetWindowThreadProcessId(window, &process);
+            wchar_t text[32]{};
+            if (process == wanted.process && ::IsWindowVisible(window) &&
+                ::GetWindowTextW(window, text, 32) > 0 &&
+                std::wstring(text) == L"Info über Quillet")
+            {
+                wanted.found.push_back(window);
+            }
+            return TRUE;
+        };
+        ::EnumWindows(collect, reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+    void AskForBox() const { ::PostMessageW(dialog, WM_SYSCOMMAND, IDM_ABOUTBOX, 0); }
+    bool WaitForBoxes(std::size_t count) const
+    {
+        return WaitUntil([&] { return Boxes().size() == count; });
+    }
+    static void Close(HWND box) { ::PostMessageW(box, WM_COMMAND, IDOK, 0); }
+
+    const QuilletRun run{L""};
+    const HWND dialog = run.WaitForShownDialog();
+};
+
+/// Which of the two is closed first; both orders leave the dialog disabled until the other one
+/// goes.
+class TwoAboutBoxes : public ModalAboutBox, public ::testing::WithParamInterface<bool>
+{
+};
+
+TEST_P(TwoAboutBoxes, KeepTheDialogDisabledUntilBothAreClosed)
+{
+    AskForBox();
+    ASSERT_TRUE(WaitForBoxes(1));
+    const HWND earlier = Boxes().front();
+    AskForBox();
+    ASSERT_TRUE(WaitForBoxes(2));
+    std::vector<HWND> boxes = Boxes();
+    if ((boxes.front() == earlier) != GetParam())
+    {
+        std::swap(boxes.front(), boxes.back());
+    }
+
+    Close(boxes.front());
+    ASSERT_TRUE(WaitForBoxes(1));
+    // Behind whatever closing the box has led to.
+    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    EXPECT_FALSE(::IsWindowEnabled(dialog));
+    EXPECT_TRUE(::IsWindowEnabled(boxes.back()));
+
+    Close(boxes.back());
+    ASSERT_TRUE(WaitForBoxes(0));
+    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    EXPECT_TRUE(IsWaiting(run, dialog));
+    ::PostMessageW(dialog, WM_USER + 7, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), 7);
+}
+
+INSTANTIATE_TEST_SUITE_P(, TwoAboutBoxes, ::testing::Bool(), [](const auto& order) {
+    return order.param ? "EarlierFirst" : "LaterFirst";
+});
+
+TEST_F(ModalAboutBox, AnswerIsKeptUntilTwoOfThemAreClosed)
+{
+    AskForBox();
+    AskForBox();
+    ASSERT_TRUE(WaitForBoxes(2));
+    ::PostMessageW(dialog, WM_USER + 12, 0, 0);
+    ASSERT_TRUE(WaitUntil([this] { return !::IsWindowVisible(dialog); }));
+    EXPECT_TRUE(run.IsRunning());
+    for (const HWND box : Boxes())
+    {
+        Close(box);
+    }
+    EXPECT_EQ(run.WaitForExit(), 12);
+}
+
+TEST_F(ModalAboutBox, AppearsOverTheDialogsCentre)
+{
+    const POINT place{320, 280};
+    ::SetWindowPos(dialog, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    const RECT owner = RectOf(dialog);
+    AskForBox();
+    ASSERT_TRUE(WaitForBoxes(1));
+    const RECT box = RectOf(Boxes().front());
+    // Twice the centre; an odd extent leaves one pixel.
+    EXPECT_LE(std::abs((owner.left + owner.right) - (box.left + box.right)), 1);
+    EXPECT_LE(std::abs((owner.top + owner.bottom) - (box.top + box.bottom)), 1);
+}
+
+// The dialog itself appears in the screen's corner, and is narrower than the box.
+TEST_F(ModalAboutBox, AppearsInsideTheWorkArea)
+{
+    RECT work{};
+    ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    ::SetWindowPos(dialog, nullptr, work.left, work.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    AskForBox();
+    ASSERT_TRUE(WaitForBoxes(1));
+    const RECT box = RectOf(Boxes().front());
+    EXPECT_GE(box.left, work.left);
+    EXPECT_GE(box.top, work.top);
+    EXPECT_LE(box.right, work.right);
+    EXPECT_LE(box.bottom, work.bottom);
+}
+
+} // namespace
