@@ -359,15 +359,6 @@ TEST_F(Run, QuitMessageEndsTheWaitWithMinusOne)
     EXPECT_EQ(ExitCode(L" -kla=Host -copydata=abc"), kResultCancelled);
 }
 
-TEST_F(Run, FailedCreationOfTheDialogIsNotNoticed)
-{
-    m_platform.dialogsCanBeMade = false;
-    m_platform.found = nullptr;
-    EXPECT_EQ(ExitCode(L" -kla=Host"), kResultWindowNotFound);
-    EXPECT_TRUE(Made({"LoadIconW(128)", "CreateDialogParamW(102, NULL)",
-                      "ShowWindow(NULL, SW_SHOW)", "FindWindowW(\"Host\", NULL)"}));
-}
-
 // --- activating ---
 
 class RunWithActivation : public Run

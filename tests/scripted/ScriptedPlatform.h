@@ -75,6 +75,8 @@ public:
     SIZE iconSize{32, 32};
     /// Taken in order; without one, the real conversion is made.
     std::deque<ScriptedConversion> conversions;
+    /// Whether the conversion of two bytes to a unit writes anything.
+    bool bytePairsConvert = true;
     /// So many allocations succeed.
     int memoryFailsAfter = INT_MAX;
     /// When set, every text seems to be so long.

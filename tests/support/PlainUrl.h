@@ -145,7 +145,7 @@ inline void AddItem(const std::wstring& item, Parameters& parameters)
     const std::size_t equals = item.find(L'=');
     const std::wstring key = item.substr(0, equals);
     const std::wstring value = equals == item.npos ? L"" : item.substr(equals + 1);
-    if (key.empty() || value.find_first_of(L"\n\r") != value.npos)
+    if (key.empty() || value.find_first_of(L"\n\r\u2028\u2029") != value.npos)
     {
         return;
     }

@@ -112,13 +112,14 @@ const Parts kKeys{
     L"nodlg",    L"activatewindow",   L"seaglob", L"msg", L"lparam", L"wparam", L"kla", L"nam",
     L"copydata", L"copydataencoding", L"KLA",     L"a",   L"_1",     L"",       L"a-b", L"m%73g"};
 const Parts kAssignments{L"=", L"=", L"=", L"=", L"", L"==", L"=\"", L"=%22"};
-const Parts kValues{L"a",          L"Z",      L"5",      L"-12",        L"0x1f",
-                    L"017",        L"%20",    L"%22",    L"%3D",        L"%c3%a4",
-                    L"%DF%bf",     L"%E4%f6", L"%41",    L"%25",        L"%1F",
-                    L"%00",        L"%0A",    L"0x",     L"0xFFfffc00", L"-0x123456789abcdef01",
-                    L"4294967295", L"%",      L"%4",     L"%g1",        L"+",
-                    L"=",          L"?",      L"\"",     L"\n",         L"\r",
-                    L"\t",         L"*",      L"\u20AC", L"%26"};
+const Parts kValues{L"a",          L"Z",      L"5",   L"-12",        L"0x1f",
+                    L"017",        L"%20",    L"%22", L"%3D",        L"%c3%a4",
+                    L"%DF%bf",     L"%E4%f6", L"%41", L"%25",        L"%1F",
+                    L"%00",        L"%0A",    L"0x",  L"0xFFfffc00", L"-0x123456789abcdef01",
+                    L"4294967295", L"%",      L"%4",  L"%g1",        L"+",
+                    L"=",          L"?",      L"\"",  L"\u2028",     L"\u2029",
+                    L"\n",         L"\r",     L"\t",  L"*",          L"\u20AC",
+                    L"%26"};
 const Parts kSeparators{L"&", L"&", L"&", L";", L"&&;", L"#", L" ", L"\"&", L"%22&", L"\" "};
 
 // What stands anywhere in a line that means nothing.

@@ -132,6 +132,9 @@ TEST(UrlParameters, WithARawLineBreakInTheValueAreDropped)
         {L"x?a=1\r&b=3", {{L"b", L"3"}}},
         {L"x?a=\n&b=3", {{L"b", L"3"}}},
         {L"x?b=3\r\n", {}},
+        {L"x?a=1\u2028&b=3", {{L"b", L"3"}}}, // these two end lines as well
+        {L"x?a=\u20292&b=3", {{L"b", L"3"}}},
+        {L"x?a=\x0085\x000B\x000C", {{L"a", L"\x0085\x000B\x000C"}}},
     });
 }
 
