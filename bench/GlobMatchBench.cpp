@@ -90,7 +90,7 @@ const std::vector<Ascii> kTitles = {
     "Task-Manager",
 };
 
-/// The last one takes the matcher's table, because the end of its set varies.
+/// The end of the last one's set varies.
 const char* const kTypicalPatterns[] = {
     "Fenster 12",
     "Orvane Haupt*",

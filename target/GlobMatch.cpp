@@ -1,8 +1,9 @@
 #include "target/GlobMatch.h"
 
 #include <algorithm>
-#include <bitset>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace
@@ -100,12 +101,50 @@ const wchar_t* FirstCandidate(const wchar_t* text, wchar_t first) noexcept
     }
 }
 
-/// Matches the pattern after a star when every set ends in one place only. Between one star and
-/// the next such a pattern is a fixed row of elements of one unit each, so the earliest place where
-/// a row fits leaves the most text to the rest, and no star but the last need ever be widened. Each
-/// unit of the text begins at most one attempt at a row, which reads the row at most once.
-bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
+/// The first set whose end may depend on the text, which takes a range whose bound is "]"; the end
+/// of the pattern when there is none. Up to there the elements stand where they stand for every
+/// text.
+const wchar_t* FirstVaryingSet(const wchar_t* pattern) noexcept
 {
+    while (*pattern != L'\0')
+    {
+        if (*pattern == L'\\' && pattern[1] != L'\0')
+        {
+            pattern += 2;
+            continue;
+        }
+        const wchar_t* const element = pattern;
+        if (*pattern++ != L'[')
+        {
+            continue;
+        }
+        for (; *pattern != L']' && *pattern != L'\0'; pattern = NextMember(pattern))
+        {
+            if (pattern[1] == L'-' && pattern[2] == L']')
+            {
+                return element;
+            }
+        }
+    }
+    return pattern;
+}
+
+/// What is left to match: the rest of the text, and the rest of the pattern after a star.
+struct Rest
+{
+    const wchar_t* text;
+    const wchar_t* row;
+};
+
+/// Matches row by row: the elements between one star and the next, each of one unit, at the
+/// earliest place where they fit. Up to the first varying set that place leaves the most text to
+/// the rest, and no star but the last need ever be widened. After it what follows may differ from
+/// place to place: then the earliest one can still show that the texts match, but not that they do
+/// not, and the result is nothing; `rest` tells up to where it is sure. Each unit of the text
+/// begins at most one attempt at a row, which reads the row at most once.
+std::optional<bool> MatchAtEarliestPlaces(Rest& rest, const wchar_t* varyingSet) noexcept
+{
+    auto [text, row] = rest;
     while (*row != L'\0')
     {
         text = FirstCandidate(text, *row);
@@ -122,14 +161,21 @@ bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
             ++unit;
         }
 
+        const bool isSure = element <= varyingSet;
         if (*element == L'*')
         {
             row = element + 1;
             text = unit;
+            rest = isSure ? Rest{text, row} : rest;
         }
         else if (*unit == L'\0')
         {
-            return *element == L'\0'; // a later attempt would have even less text
+            if (*element == L'\0')
+            {
+                return true;
+            }
+            // A later attempt has even less text.
+            return isSure ? std::optional(false) : std::nullopt;
         }
         else
         {
@@ -137,32 +183,6 @@ bool MatchFixedSets(const wchar_t* text, const wchar_t* row) noexcept
         }
     }
     return true;
-}
-
-/// Whether where a set ends may depend on the text: this takes a range whose bound is "]". Up to
-/// the first such set the elements stand where they stand for every text.
-bool SetEndsMayVary(const wchar_t* pattern) noexcept
-{
-    while (*pattern != L'\0')
-    {
-        if (*pattern == L'\\' && pattern[1] != L'\0')
-        {
-            pattern += 2;
-            continue;
-        }
-        if (*pattern++ != L'[')
-        {
-            continue;
-        }
-        for (; *pattern != L']' && *pattern != L'\0'; pattern = NextMember(pattern))
-        {
-            if (pattern[1] == L'-' && pattern[2] == L']')
-            {
-                return true;
-            }
-        }
-    }
-    return false;
 }
 
 const wchar_t* EndOf(const wchar_t* units) noexcept
@@ -174,8 +194,32 @@ const wchar_t* EndOf(const wchar_t* units) noexcept
     return units;
 }
 
-/// For one position in the text: from which positions of the pattern on the rests match.
-using Row = std::bitset<kTableLength + 1>;
+/// For one position in the text: from which positions of the pattern on the rests match. At first
+/// from none. Only the words that the pattern needs are ever touched, or clearing them would take
+/// longer than a usual title.
+class Row
+{
+public:
+    explicit Row(std::size_t length) noexcept
+    {
+        std::fill_n(m_words, length / kBits + 1, std::uint64_t{0});
+    }
+
+    bool operator[](std::size_t at) const noexcept
+    {
+        return (m_words[at / kBits] >> at % kBits & 1) != 0;
+    }
+    void Set(std::size_t at, bool matches) noexcept
+    {
+        const std::uint64_t bit = std::uint64_t{1} << at % kBits;
+        std::uint64_t& word = m_words[at / kBits];
+        word = matches ? word | bit : word & ~bit;
+    }
+
+private:
+    static constexpr std::size_t kBits = 64;
+    std::uint64_t m_words[kTableLength / kBits + 1];
+};
 
 /// Fills the row of the position in the text that `unit` stands at, from the row of the next one.
 /// A cell needs only cells close to its right and cells of the next row. This is so for sets too:
@@ -188,21 +232,21 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
     // is at most three units away.
     bool members[4] = {};
     std::size_t afterSet = length;
-    here[length] = false;
+    here.Set(length, false);
     for (std::size_t at = length; at-- > 0;)
     {
         const wchar_t* const element = pattern + at;
         switch (*element)
         {
         case L'*':
-            here[at] = here[at + 1] || next[at];
+            here.Set(at, here[at + 1] || next[at]);
             break;
         case L'[':
-            here[at] = members[(at + 1) % 4];
+            here.Set(at, members[(at + 1) % 4]);
             break;
         default:
             const wchar_t* const after = AfterElement(element, unit);
-            here[at] = after != nullptr && next[static_cast<std::size_t>(after - pattern)];
+            here.Set(at, after != nullptr && next[static_cast<std::size_t>(after - pattern)]);
         }
 
         if (*element == L']')
@@ -228,17 +272,17 @@ void FillRow(Row& here, const Row& next, const wchar_t* pattern, std::size_t len
 /// positions is looked at once.
 bool MatchVaryingSets(const wchar_t* text, const wchar_t* pattern, std::size_t length) noexcept
 {
-    Row rows[2];
+    Row rows[] = {Row(length), Row(length)};
     Row* here = &rows[0];
     Row* next = &rows[1];
 
     // At the end of the text the end of the pattern matches, and the stars right before it. Not all
     // of the pattern is stars: it has a set.
     std::size_t at = length;
-    (*here)[at] = true;
+    here->Set(at, true);
     while (pattern[at - 1] == L'*')
     {
-        (*here)[--at] = true;
+        here->Set(--at, true);
     }
 
     // The star before the pattern may end anywhere.
@@ -273,21 +317,21 @@ int GlobMatch(const wchar_t* text, const wchar_t* pattern) noexcept
         }
     }
 
-    ++pattern;
-    if (!SetEndsMayVary(pattern))
+    Rest rest{text, pattern + 1};
+    if (const auto matches = MatchAtEarliestPlaces(rest, FirstVaryingSet(rest.row)))
     {
-        return MatchFixedSets(text, pattern) ? 1 : 0;
+        return *matches ? 1 : 0;
     }
-    const auto length = static_cast<std::size_t>(EndOf(pattern) - pattern);
+    const auto length = static_cast<std::size_t>(EndOf(rest.row) - rest.row);
     if (length <= kTableLength)
     {
-        return MatchVaryingSets(text, pattern, length) ? 1 : 0;
+        return MatchVaryingSets(rest.text, rest.row, length) ? 1 : 0;
     }
 
     // Longer than any command line: the plain rule, the star taking one unit more at each turn.
-    for (; GlobMatch(text, pattern) == 0; ++text)
+    for (; GlobMatch(rest.text, rest.row) == 0; ++rest.text)
     {
-        if (*text == L'\0')
+        if (*rest.text == L'\0')
         {
             return 0;
         }
