@@ -1,6 +1,7 @@
 // Runs whose wait dialog could not be created, which nobody checks: the object exists all the same,
 // without a window that could be named or answered.
 #include "app/QuilletApp.h"
+#include "app/ResultCode.h"
 #include "tests/scripted/ScriptedPlatform.h"
 
 namespace
@@ -35,7 +36,7 @@ protected:
 TEST_F(FailedDialog, DoesNotChangeTheSearch)
 {
     m_platform.found = nullptr;
-    EXPECT_EQ(-2, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), kResultWindowNotFound);
     EXPECT_TRUE(m_platform.Made(m_searched));
 }
 
@@ -43,21 +44,21 @@ TEST_F(FailedDialog, DoesNotChangeTheSearch)
 TEST_F(FailedDialog, IsDeliveredForAndWaitedFor)
 {
     m_platform.Quit();
-    EXPECT_EQ(-1, ExitCode(L" -copydata=a"));
+    EXPECT_EQ(ExitCode(L" -copydata=a"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(m_searched + m_sent + m_waited));
 }
 
 TEST_F(FailedDialog, IsWaitedForAfterANotification)
 {
     m_platform.Quit();
-    EXPECT_EQ(-1, ExitCode(L""));
+    EXPECT_EQ(ExitCode(L""), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(m_searched + m_notified + m_waited));
 }
 
 TEST_F(FailedDialog, IsNotWaitedForAfterARefusal)
 {
     m_platform.copyDataResult = 0;
-    EXPECT_EQ(-3, ExitCode(L" -copydata=a"));
+    EXPECT_EQ(ExitCode(L" -copydata=a"), kResultSendFailed);
     EXPECT_TRUE(m_platform.Made(m_searched + m_sent));
 }
 

@@ -1,5 +1,6 @@
 // What a URL's escapes lead to at the platform: zeros inside texts, and bytes that are converted.
 #include "app/QuilletApp.h"
+#include "app/ResultCode.h"
 #include "tests/scripted/ScriptedPlatform.h"
 
 namespace
@@ -33,13 +34,13 @@ protected:
 // A text in UTF-16 is sent as it is stored; a converted one ends at its first zero.
 TEST_F(UrlRun, ZeroEndsAConvertedText)
 {
-    EXPECT_EQ(0, ExitCode(L"kla=Host&copydata=a%00b"));
+    EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%00b"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found + CopyDataSent("6 bytes: 61 0 0 0 62 0")));
     for (const wchar_t* encoding : {L"UTF-8", L"utf8", L"ANSI"})
     {
         m_platform.ForgetCalls();
-        EXPECT_EQ(0,
-                  ExitCode(std::wstring(L"kla=Host&copydata=a%00b&copydataencoding=") + encoding));
+        EXPECT_EQ(ExitCode(std::wstring(L"kla=Host&copydata=a%00b&copydataencoding=") + encoding),
+                  kResultAccepted);
         const std::string codePage = encoding == std::wstring(L"ANSI") ? "0" : "65001";
         EXPECT_TRUE(m_platform.Made(
             m_found + Calls{"WideCharToMultiByte(" + codePage + ", 0, 2 units, inline store, 8)"} +
@@ -50,7 +51,7 @@ TEST_F(UrlRun, ZeroEndsAConvertedText)
 // It is no empty text, so it is sent; nothing of it is left.
 TEST_F(UrlRun, TextOfNothingButAZeroIsStillATextToSend)
 {
-    EXPECT_EQ(0, ExitCode(L"kla=Host&copydata=%00&copydataencoding=UTF-8"));
+    EXPECT_EQ(ExitCode(L"kla=Host&copydata=%00&copydataencoding=UTF-8"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found +
                                 Calls{"WideCharToMultiByte(65001, 0, 1 units, inline store, 4)"} +
                                 CopyDataSent("0 bytes:")));
@@ -58,20 +59,20 @@ TEST_F(UrlRun, TextOfNothingButAZeroIsStillATextToSend)
 
 TEST_F(UrlRun, ZeroEndsClassAndText)
 {
-    EXPECT_EQ(-1, ExitCode(L"kla=Host%00Frame&nam=Mein%00Fenster"));
+    EXPECT_EQ(ExitCode(L"kla=Host%00Frame&nam=Mein%00Fenster"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"Host\", \"Mein\")"} + m_notified));
 }
 
 TEST_F(UrlRun, ZeroEndsAPattern)
 {
-    EXPECT_EQ(-1, ExitCode(L"seaglob&nam=Host*%00x"));
+    EXPECT_EQ(ExitCode(L"seaglob&nam=Host*%00x"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(
         Calls{"EnumWindows()", "GetWindowTextW(target, zeroed buffer, 4096)"} + m_notified));
 }
 
 TEST_F(UrlRun, ZeroEndsTheEncodingsName)
 {
-    EXPECT_EQ(0, ExitCode(L"kla=Host&copydata=a&copydataencoding=UTF-8%00x"));
+    EXPECT_EQ(ExitCode(L"kla=Host&copydata=a&copydataencoding=UTF-8%00x"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found +
                                 Calls{"WideCharToMultiByte(65001, 0, 2 units, inline store, 8)"} +
                                 CopyDataSent("1 bytes: 61")));
@@ -81,7 +82,7 @@ TEST_F(UrlRun, ZeroEndsTheEncodingsName)
 
 TEST_F(UrlRun, TwoBytesAreConvertedWithTheirTerminator)
 {
-    EXPECT_EQ(0, ExitCode(L"kla=Host&copydata=%c3%a4"));
+    EXPECT_EQ(ExitCode(L"kla=Host&copydata=%c3%a4"), kResultAccepted);
     EXPECT_TRUE(
         m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: c3 a4 0, room for 2)"} +
                         m_found + CopyDataSent("2 bytes: e4 0")));
@@ -90,7 +91,7 @@ TEST_F(UrlRun, TwoBytesAreConvertedWithTheirTerminator)
 TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
 {
     m_platform.bytePairsConvert = false;
-    EXPECT_EQ(0, ExitCode(L"kla=Host&copydata=a%c3%a4b"));
+    EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%c3%a4b"), kResultAccepted);
     EXPECT_TRUE(
         m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: c3 a4 0, room for 2)"} +
                         m_found + CopyDataSent("6 bytes: 61 0 0 0 62 0")));
@@ -98,7 +99,7 @@ TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
 
 TEST_F(UrlRun, EscapesThatStandAloneAreNotConverted)
 {
-    EXPECT_EQ(-1, ExitCode(L"kla=%41x%c3x%a4"));
+    EXPECT_EQ(ExitCode(L"kla=%41x%c3x%a4"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"%41x%c3x%a4\", NULL)"} + m_notified));
 }
 

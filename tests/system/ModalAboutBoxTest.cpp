@@ -1,7 +1,7 @@
 // Several About boxes at once, and where they appear.
 #include "res/resource.h"
+#include "tests/support/DialogProbe.h"
 #include "tests/support/QuilletRun.h"
-#include "tests/support/WaitDialogProbe.h"
 
 #include <gtest/gtest.h>
 
@@ -61,7 +61,7 @@ protected:
     static void Close(HWND box) { ::PostMessageW(box, WM_COMMAND, IDOK, 0); }
 
     const QuilletRun run{L""};
-    const HWND dialog = run.WaitForShownDialog();
+    const HWND dialog = run.WaitForWaitingDialog();
 };
 
 /// Which of the two is closed first; both orders leave the dialog disabled until the other one
@@ -85,7 +85,7 @@ TEST_P(TwoAboutBoxes, KeepTheDialogDisabledUntilBothAreClosed)
 
     Close(boxes.front());
     ASSERT_TRUE(WaitForBoxes(1));
-    // Behind whatever closing the box has led to.
+    // After whatever closing the box has led to.
     ASSERT_TRUE(WaitForPostedMessages(dialog));
     EXPECT_FALSE(::IsWindowEnabled(dialog));
     EXPECT_TRUE(::IsWindowEnabled(boxes.back()));

@@ -79,7 +79,7 @@ TEST_F(CDialogTest, MissingTemplateMakesNoWindow)
     TestDialog dialog;
     EXPECT_FALSE(dialog.Create(999));
     EXPECT_EQ(nullptr, dialog.m_hWnd);
-    EXPECT_EQ(-1, TestDialog(999).DoModal());
+    EXPECT_EQ(TestDialog(999).DoModal(), -1);
 }
 
 // A failed creation must not leave the next window that speaks to be taken for the dialog.
@@ -291,7 +291,7 @@ TEST_F(DoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
 TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
 {
     m_app.m_pMainWnd = &m_owner;
-    EXPECT_EQ(-1, TestDialog(999).DoModal());
+    EXPECT_EQ(TestDialog(999).DoModal(), -1);
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 

@@ -65,8 +65,8 @@ TEST_F(CenterWindow, CoversTheOwnersCentre)
     Place(m_window, {0, 0, 120, 80});
     m_window.CenterWindow();
     EXPECT_EQ((POINT{440, 310}), PlaceOf(m_window));
-    EXPECT_EQ(120, RectOf(m_window).right - RectOf(m_window).left);
-    EXPECT_EQ(80, RectOf(m_window).bottom - RectOf(m_window).top);
+    EXPECT_EQ(RectOf(m_window).right - RectOf(m_window).left, 120);
+    EXPECT_EQ(RectOf(m_window).bottom - RectOf(m_window).top, 80);
 }
 
 TEST_F(CenterWindow, CoversASmallerOwner)

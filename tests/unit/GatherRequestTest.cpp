@@ -269,7 +269,7 @@ TEST(UrlSettings, ReadsNumbersFromTheDecodedValue)
         {L"q -url=x?msg=%20%099", {.messageOffset = 9}}, // white space is skipped
         {L"q -url=x?msg=7abc", {.messageOffset = 7}},
         {L"q -url=x?msg=7%3D8", {.messageOffset = 7}},
-        {L"q -url=x?msg=7%008", {.messageOffset = 7}}, // a zero ends the number
+        {L"q -url=x?msg=7%008", {.messageOffset = 7}},     // a zero ends the number
         {L"q -msg=4 -url=x?msg=0x", {.messageOffset = 4}}, // a prefix is no number
         {L"q -msg=4 -url=x?msg=abc", {.messageOffset = 4}},
         {L"q -msg=4 -url=x?msg=", {.messageOffset = 4}},

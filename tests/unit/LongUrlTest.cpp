@@ -49,14 +49,14 @@ TEST(LongUrl, CarriesTenThousandParameters)
         different += L"&" + std::to_wstring(number);
     }
     const UrlParameters parameters = CQuilletApp::ParseUrlParameters((L"?" + different).c_str());
-    EXPECT_EQ(5'000u, parameters.size());
+    EXPECT_EQ(parameters.size(), 5'000u);
     EXPECT_TRUE(parameters.contains(L"0") && parameters.contains(L"4999"));
 }
 
 TEST(LongUrl, MayConsistOfSeparators)
 {
-    EXPECT_EQ(L"", RequestOf(Fill(L"x?", L"&")).windowClass);
-    EXPECT_EQ(L"a", RequestOf(Fill(L"x?", L"&", L"kla=a")).windowClass);
+    EXPECT_EQ(RequestOf(Fill(L"x?", L"&")).windowClass, L"");
+    EXPECT_EQ(RequestOf(Fill(L"x?", L"&", L"kla=a")).windowClass, L"a");
     EXPECT_EQ(L"a", RequestOf(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass);
 }
 
