@@ -8,6 +8,14 @@ function Link(link)
   return link
 end
 
+-- A switch is one word, never broken at its dash; what is wider than a phone's page has to be broken somewhere.
+function Code(code)
+  if utf8.len(code.text) > 36 then
+    code.classes:insert('long')
+  end
+  return code
+end
+
 -- Marks for the document check.
 function RawBlock()
   return {}

@@ -1,5 +1,7 @@
-// An example of a caller: starts the program that lies beside this one with a command line that
-// arrives exactly as given, waits for it, and prints its exit code in full.
+// An example of a caller: starts the program with a command line that arrives exactly as given,
+// waits for it, and prints its exit code in full. The program is the one that the environment
+// variable QUILLET names, else the one beside this caller, else the one two folders above, where
+// the packages have it.
 //
 //     example_caller SECONDS COMMAND-LINE
 //     example_caller 30 "quillet.exe -kla=QuilletBeispielHost -msg=5"
@@ -12,6 +14,7 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <filesystem>
 #include <string>
 
 namespace
@@ -19,19 +22,29 @@ namespace
 
 constexpr DWORD kMillisecondsPerSecond = 1000;
 
-// The full path of quillet.exe in this program's folder.
-std::wstring ProgramPath()
+// No answer of a host and no code of the tool: whoever looks at the ended process sees that it came
+// to no result. The usual 0 or 1 would read as an answer.
+constexpr UINT kEndedByCaller = static_cast<UINT>(-100);
+
+std::filesystem::path ProgramPath()
 {
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
-    return path.substr(0, path.rfind(L'\\') + 1) + L"quillet.exe";
+    wchar_t text[MAX_PATH] = L"";
+    if (GetEnvironmentVariableW(L"QUILLET", text, MAX_PATH) != 0)
+    {
+        return text;
+    }
+    GetModuleFileNameW(nullptr, text, MAX_PATH);
+    const std::filesystem::path folder = std::filesystem::path(text).parent_path();
+    const std::filesystem::path beside = folder / L"quillet.exe";
+    return std::filesystem::exists(beside) ? beside
+                                           : folder.parent_path().parent_path() / L"quillet.exe";
 }
 
 int WaitForExitCode(HANDLE process, DWORD seconds)
 {
     if (WaitForSingleObject(process, seconds * kMillisecondsPerSecond) != WAIT_OBJECT_0)
     {
-        TerminateProcess(process, 1);
+        TerminateProcess(process, kEndedByCaller);
         std::wprintf(L"keiner (nach %lu Sekunden beendet)\n", seconds);
         return 1;
     }

@@ -1,6 +1,8 @@
 // Sendet einen Text und gibt die Antwort als Exitcode weiter.
 // Aufruf: SendText "Vorgang 4711"
-// Hier nicht erprobt: braucht .NET unter Windows.
+// Uebersetzen mit dem, was Windows an Bord hat:
+//     %WINDIR%\Microsoft.NET\Framework64\v4.0.30319\csc.exe SendText.cs
+// Hier uebersetzt, aber nicht ausgefuehrt: das braucht .NET unter Windows.
 using System;
 using System.Diagnostics;
 
@@ -13,7 +15,7 @@ static class SendText
             FileName = Environment.GetEnvironmentVariable("QUILLET")
                        ?? @"C:\Program Files\Quillet\quillet.exe",
             // Arguments, nicht ArgumentList: die Liste setzt die Anführungszeichen neu.
-            Arguments = $"-kla=QuilletBeispielHost -copydata=\"{args[0]}\"",
+            Arguments = "-kla=QuilletBeispielHost -copydata=\"" + args[0] + "\"",
             UseShellExecute = false
         };
         using (var process = Process.Start(start))

@@ -35,13 +35,13 @@ class SmallHost : Form
             // Exactly cbData bytes, copied: there is no terminator, and they are gone on return.
             string text = data.cbData == 0 ? "" : Marshal.PtrToStringUni(data.lpData, data.cbData / 2);
             IntPtr dialog = m.WParam; // zero when nobody waits
-            BeginInvoke((Action)(() => Handle(text, dialog)));
+            BeginInvoke((Action)(() => Take(text, dialog)));
             m.Result = (IntPtr)1;
         }
     }
 
     // Runs after the handler has returned, when the caller is no longer blocked.
-    void Handle(string text, IntPtr dialog)
+    void Take(string text, IntPtr dialog)
     {
         Text = "C#-Host - " + text;
         if (dialog != IntPtr.Zero)

@@ -1,5 +1,6 @@
 // The recipes that the handbook shows, run from their files against a host window.
 #include "app/ResultCode.h"
+#include "tests/recipes/RecipeRun.h"
 #include "tests/support/OpenByShell.h"
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
@@ -8,93 +9,11 @@
 
 #include <shellapi.h>
 
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
-#include <string>
 
 namespace
 {
-
-constexpr UINT kAnswer = 42;
-constexpr wchar_t kText[] = L"Vorgang 4711";
-
-struct Outcome
-{
-    /// Nothing when the recipe did not end.
-    std::optional<int> exitCode;
-    std::string output;
-};
-
-std::wstring Quoted(const std::wstring& text)
-{
-    return L'"' + text + L'"';
-}
-
-std::wstring RecipePath(const wchar_t* name)
-{
-    return BuiltProgram(L"recipes").append(name).make_preferred().wstring();
-}
-
-std::string ContentOf(const std::filesystem::path& file)
-{
-    std::ostringstream content;
-    content << std::ifstream(file, std::ios::binary).rdbuf();
-    return content.str();
-}
-
-void Replace(std::string& text, std::string_view from, std::string_view to)
-{
-    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
-    {
-        text.replace(at, from.size(), to);
-    }
-}
-
-/// Runs a command line as cmd does, with its output in a file.
-Outcome RunInCmd(const std::wstring& commandLine)
-{
-    wchar_t system[MAX_PATH];
-    ::GetSystemDirectoryW(system, MAX_PATH);
-    const std::filesystem::path output = BuiltProgram(L"recipes").append(L"output.txt");
-    const Process cmd(std::filesystem::path(system) / L"cmd.exe",
-                      L"cmd /c \"" + commandLine + L" > " + Quoted(output.wstring()) + L'"');
-    constexpr std::chrono::seconds kLimit{60}; // the interpreters of recipes take long to start
-    const auto exitCode = cmd.WaitForExit(kLimit);
-    return {exitCode, ContentOf(output)};
-}
-
-/// The host of the recipes.
-class RecipeHost : public ScriptedHost
-{
-public:
-    explicit RecipeHost(Script script = AnswerWith(kAnswer))
-        : ScriptedHost({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
-    {
-    }
-
-    /// That exactly one text arrived, the recipe's.
-    void ExpectText() const
-    {
-        const auto received = WaitForMessages(1);
-        ASSERT_EQ(received.size(), 1u);
-        EXPECT_EQ(received[0].message, static_cast<UINT>(WM_COPYDATA));
-        EXPECT_EQ(received[0].Text(), kText);
-    }
-};
-
-class Recipe : public testing::Test
-{
-protected:
-    Recipe()
-    {
-        // Where the recipes look for the program before they look where it is installed.
-        ::SetEnvironmentVariableW(L"QUILLET", BuiltProgram(L"quillet.exe").c_str());
-    }
-};
 
 /// A registry file of the recipe, with the program's path as its user has to put it in, taken into
 /// the registry.

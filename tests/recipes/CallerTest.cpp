@@ -1,0 +1,96 @@
+// What the handbook tells callers of exit codes and of the C++ caller that the packages carry.
+#include "tests/recipes/RecipeRun.h"
+#include "tests/support/ProgramPath.h"
+#include "tests/support/QuilletRun.h"
+
+#include <fstream>
+
+namespace
+{
+
+/// Runs a copy of the caller as a package has it, two folders below the program, with the variable
+/// QUILLET as it is.
+Outcome RunPackagedCaller(const std::wstring& arguments)
+{
+    const std::filesystem::path package = BuiltProgram(L"recipes").append(L"package");
+    const std::filesystem::path folder = package / L"examples" / L"caller";
+    const std::filesystem::path caller = folder / L"example_caller.exe";
+    std::filesystem::create_directories(folder);
+    ::CopyFileW(BuiltProgram(L"quillet.exe").c_str(), (package / L"quillet.exe").c_str(), FALSE);
+    ::CopyFileW(BuiltProgram(L"example_caller.exe").c_str(), caller.c_str(), FALSE);
+    return RunInCmd(Quoted(std::filesystem::path(caller).make_preferred().wstring()) + L' ' +
+                    arguments);
+}
+
+TEST_F(Recipe, CallerFindsTheProgramOfItsPackage)
+{
+    ::SetEnvironmentVariableW(L"QUILLET", nullptr);
+    const RecipeHost host;
+    const Outcome outcome = RunPackagedCaller(
+        L"15 \"quillet.exe -kla=QuilletBeispielHost -copydata=\\\"Vorgang 4711\\\"\"");
+    EXPECT_EQ(outcome.output, "42\r\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+    host.ExpectText();
+}
+
+TEST_F(Recipe, CallerTakesTheProgramThatQuilletNames)
+{
+    ::SetEnvironmentVariableW(L"QUILLET", L"Z:\\no\\such\\program.exe");
+    const Outcome outcome = RunPackagedCaller(L"15 \"quillet.exe -nodlg\"");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.output.starts_with("keiner (nicht gestartet")) << outcome.output;
+}
+
+TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
+{
+    const RecipeHost host([](HWND, const ReceivedMessage&) { return std::nullopt; });
+    const Outcome outcome =
+        RunInCmd(Quoted(BuiltProgram(L"example_caller.exe")) +
+                 L" 1 \"quillet.exe -kla=QuilletBeispielHost -copydata=\\\"Vorgang 4711\\\"\"");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.output, "keiner (nach 1 Sekunden beendet)\r\n");
+    host.ExpectText();
+    EXPECT_EQ(::FindWindowW(nullptr, kWaitDialogCaption), nullptr);
+}
+
+// The handbook warns of it: both look like a notification that was sent.
+TEST_F(Recipe, MisspeltClassEndsLikeANotificationThatWasSent)
+{
+    const RecipeHost host;
+    EXPECT_EQ(RunQuillet(L" -nodlg --kla=QuilletBeispielHost"), -1);
+    EXPECT_EQ(RunQuillet(L" -nodlg -kla QuilletBeispielHost"), -1);
+    EXPECT_TRUE(host.Received().empty());
+}
+
+/// A batch file that sends a text with an umlaut, saved in a code page.
+std::wstring BatchFile(UINT codePage)
+{
+    const std::wstring content =
+        L"@\"%QUILLET%\" -kla=QuilletBeispielHost -copydata=\"Gr\u00F6\u00DFe\"\r\n";
+    char bytes[256];
+    const int size =
+        ::WideCharToMultiByte(codePage, 0, content.data(), static_cast<int>(content.size()), bytes,
+                              sizeof(bytes), nullptr, nullptr);
+    const std::filesystem::path file = RecipePath(L"umlaut.cmd");
+    std::ofstream(file, std::ios::binary).write(bytes, size);
+    return file.wstring();
+}
+
+// A console begins with the system's OEM code page.
+TEST_F(Recipe, BatchFileInTheCodePageOfTheConsoleSendsUmlauts)
+{
+    const RecipeHost host;
+    EXPECT_EQ(RunInCmd(Quoted(BatchFile(::GetOEMCP()))).exitCode, static_cast<int>(kAnswer));
+    host.ExpectText(L"Gr\u00F6\u00DFe");
+}
+
+TEST_F(Recipe, BatchFileInUtf8SendsGarbageWithoutItsCodePage)
+{
+    const RecipeHost host;
+    EXPECT_EQ(RunInCmd(Quoted(BatchFile(CP_UTF8))).exitCode, static_cast<int>(kAnswer));
+    const auto received = host.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_NE(received[0].Text(), L"Gr\u00F6\u00DFe");
+}
+
+} // namespace

@@ -1,0 +1,62 @@
+#include "tests/recipes/RecipeRun.h"
+
+#include "tests/support/Process.h"
+#include "tests/support/ProgramPath.h"
+
+#include <fstream>
+#include <sstream>
+
+std::wstring Quoted(const std::wstring& text)
+{
+    return L'"' + text + L'"';
+}
+
+std::wstring RecipePath(const wchar_t* name)
+{
+    return BuiltProgram(L"recipes").append(name).make_preferred().wstring();
+}
+
+std::string ContentOf(const std::filesystem::path& file)
+{
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+void Replace(std::string& text, std::string_view from, std::string_view to)
+{
+    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
+    {
+        text.replace(at, from.size(), to);
+    }
+}
+
+Outcome RunInCmd(const std::wstring& commandLine)
+{
+    wchar_t system[MAX_PATH];
+    ::GetSystemDirectoryW(system, MAX_PATH);
+    const std::filesystem::path output = BuiltProgram(L"recipes").append(L"output.txt");
+    const Process cmd(std::filesystem::path(system) / L"cmd.exe",
+                      L"cmd /c \"" + commandLine + L" > " + Quoted(output.wstring()) + L'"');
+    constexpr std::chrono::seconds kLimit{60}; // the interpreters of recipes take long to start
+    const auto exitCode = cmd.WaitForExit(kLimit);
+    return {exitCode, ContentOf(output)};
+}
+
+RecipeHost::RecipeHost(Script script)
+    : ScriptedHost({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
+{
+}
+
+void RecipeHost::ExpectText(const std::wstring& text) const
+{
+    const auto received = WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, static_cast<UINT>(WM_COPYDATA));
+    EXPECT_EQ(received[0].Text(), text);
+}
+
+Recipe::Recipe()
+{
+    ::SetEnvironmentVariableW(L"QUILLET", BuiltProgram(L"quillet.exe").c_str());
+}
