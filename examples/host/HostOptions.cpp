@@ -15,6 +15,7 @@ const wchar_t kHostUsage[] = L"example_host [Optionen]\n\n"
                              L"--manual\t\tantwortet erst, wenn »Antworten« gedrückt wird\n"
                              L"--refuse\t\tlehnt WM_COPYDATA ab\n"
                              L"--encoding=NAME\tliest Texte als utf-16 (Vorgabe), utf-8 oder ansi\n"
+                             L"--base64url\tentschlüsselt Texte als base64url von UTF-8\n"
                              L"--log=DATEI\tschreibt das Protokoll auch in diese Datei (UTF-8)\n";
 
 namespace
@@ -72,6 +73,11 @@ bool Apply(std::wstring_view argument, HostOptions& options)
     if (argument == L"--refuse")
     {
         options.refusesCopyData = true;
+        return true;
+    }
+    if (argument == L"--base64url")
+    {
+        options.decodesBase64Url = true;
         return true;
     }
     if (auto title = ValueOf(argument, L"--title="))

@@ -15,6 +15,7 @@ struct HostOptions
     bool refusesCopyData = false;
     bool showsHelp = false;
     TextEncoding encoding = TextEncoding::Utf16;
+    bool decodesBase64Url = false; // shows what texts carry as base64url of UTF-8
 };
 
 extern const wchar_t kHostUsage[];

@@ -1,6 +1,7 @@
 #include "examples/host/HostWindow.h"
 
 #include "examples/host/Answer.h"
+#include "examples/host/Base64Url.h"
 
 #include <algorithm>
 #include <exception>
@@ -241,6 +242,11 @@ void HostWindow::ShowText(std::span<const std::byte> bytes)
     const std::wstring name = NameOf(m_options.encoding);
     m_log.Write(text ? L"  Text (" + name + L"): »" + Printable(*text) + L"«"
                      : L"  kein Text in " + name);
+    if (text && m_options.decodesBase64Url)
+    {
+        const auto decoded = DecodeBase64Url(*text);
+        m_log.Write(decoded ? L"  base64url: »" + Printable(*decoded) + L"«" : L"  kein base64url");
+    }
     m_log.Write(L"  Bytes:" + InHex(bytes));
 }
 

@@ -13,8 +13,8 @@ packages_desktop=(
   libxrender1 libxcursor1 libxi6 libxrandr2 libxcomposite1 libxinerama1
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
-# Building and running the tests, the native ones with sanitizers and fuzzer, and the benchmarks.
-packages_test=(clang-19 libclang-rt-19-dev libbenchmark-dev)
+# Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples, and the benchmarks.
+packages_test=(clang-19 libclang-rt-19-dev libbenchmark-dev nodejs mono-mcs libmono-system-windows-forms4.0-cil)
 
 # Making the packages: pages from documents, the MSI.
 packages_package=(pandoc wixl msitools)

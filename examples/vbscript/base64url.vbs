@@ -1,0 +1,49 @@
+' Verwandelt einen beliebigen Text in base64url seiner UTF-8-Bytes, fuer -copydata= und Links.
+' Aufruf: cscript //nologo base64url.vbs "5 Euro". Die beiden Funktionen gehoeren so auch in ein VBA-Modul.
+' Hier nicht erprobt.
+Option Explicit
+
+Function Utf8(Text)
+    Dim position, code
+    position = 1
+    Do While position <= Len(Text)
+        code = AscW(Mid(Text, position, 1)) And &HFFFF&
+        If code >= &HD800& And code <= &HDBFF& Then ' zwei Einheiten von UTF-16, ein Zeichen
+            position = position + 1
+            code = (code - &HD7C0&) * &H400& + (AscW(Mid(Text, position, 1)) And &H3FF&)
+        End If
+        If code < &H80& Then
+            Utf8 = Utf8 & ChrW(code)
+        ElseIf code < &H800& Then
+            Utf8 = Utf8 & ChrW(&HC0& Or (code \ &H40&)) & ChrW(&H80& Or (code And &H3F&))
+        ElseIf code < &H10000 Then
+            Utf8 = Utf8 & ChrW(&HE0& Or (code \ &H1000&)) & _
+                ChrW(&H80& Or ((code \ &H40&) And &H3F&)) & ChrW(&H80& Or (code And &H3F&))
+        Else
+            Utf8 = Utf8 & ChrW(&HF0& Or (code \ &H40000)) & _
+                ChrW(&H80& Or ((code \ &H1000&) And &H3F&)) & _
+                ChrW(&H80& Or ((code \ &H40&) And &H3F&)) & ChrW(&H80& Or (code And &H3F&))
+        End If
+        position = position + 1
+    Loop
+End Function
+
+Function Base64Url(Text)
+    Const Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"
+    Dim bytes, position, bits, pending
+    bytes = Utf8(Text)
+    bits = 0
+    pending = 0
+    For position = 1 To Len(bytes)
+        bits = bits * 256 + AscW(Mid(bytes, position, 1))
+        pending = pending + 8
+        Do While pending >= 6
+            pending = pending - 6
+            Base64Url = Base64Url & Mid(Digits, bits \ 2 ^ pending + 1, 1)
+            bits = bits Mod 2 ^ pending
+        Loop
+    Next
+    If pending > 0 Then Base64Url = Base64Url & Mid(Digits, bits * 2 ^ (6 - pending) + 1, 1)
+End Function
+
+WScript.Echo Base64Url(WScript.Arguments(0))

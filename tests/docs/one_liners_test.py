@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""Runs the one-line encoders and decoders of base64url that the documents show: one_liners_test.py ROOT
+
+A block under a line `<!-- one line: LANGUAGE -->` is an expression of `text`. The handbook encodes, the host guides decode.
+JavaScript needs node, C# needs mcs and mono; what is not there is skipped.
+"""
+import base64
+import json
+import random
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+ROOT = Path(sys.argv[1]).resolve()
+BLOCK = re.compile(r"^<!-- one line: (\w+) -->\n```\w+\n(.*)\n```$", re.MULTILINE)
+GUIDES = ("docs/host-leitfaden.md", "docs/host-guide.md")
+
+
+def expressions(document):
+    return dict(BLOCK.findall((ROOT / document).read_text(encoding="utf-8")))
+
+
+def random_text():
+    ranges = [(0, 0x1f), (0x20, 0x7e), (0x80, 0x7ff), (0x800, 0xd7ff), (0x10000, 0x10ffff)]
+    return "".join(chr(random.randint(*random.choice(ranges))) for _ in range(random.randint(0, 30)))
+
+
+TEXTS = ["", "f", "fo", "foo", "???>>>", '100% für "5 €" 😀', *(random_text() for _ in range(200))]
+ENCODED = [base64.urlsafe_b64encode(text.encode()).decode().rstrip("=") for text in TEXTS]
+
+
+def evaluate_in_node(expression, texts):
+    program = f"console.log(JSON.stringify({json.dumps(texts)}.map((text) => {expression})))"
+    return json.loads(subprocess.run(["node", "-"], input=program, capture_output=True, check=True, encoding="utf-8").stdout)
+
+
+CSHARP = """
+using System;
+using System.Text;
+
+static class OneLine
+{
+    static void Main()
+    {
+        for (string line = Console.ReadLine(); line != null; line = Console.ReadLine())
+        {
+            string text = Encoding.Unicode.GetString(Convert.FromBase64String(line));
+            string result;
+            try { result = Convert.ToBase64String(Encoding.Unicode.GetBytes(%s)); }
+            catch (ArgumentException) { result = "refused"; }
+            catch (FormatException) { result = "refused"; }
+            Console.WriteLine(result);
+        }
+    }
+}
+"""
+
+
+def evaluate_in_csharp(expression, texts):
+    """The results; None for a text that is refused."""
+    with tempfile.TemporaryDirectory() as folder:
+        source, program = Path(folder) / "OneLine.cs", Path(folder) / "OneLine.exe"
+        source.write_text(CSHARP % expression, encoding="utf-8")
+        subprocess.run(["mcs", "-langversion:5", "-warnaserror", f"-out:{program}", source], check=True)
+        lines = "".join(base64.b64encode(text.encode("utf-16-le")).decode() + "\n" for text in texts)
+        run = subprocess.run(["mono", program], input=lines, capture_output=True, check=True, encoding="ascii")
+    return [None if line == "refused" else base64.b64decode(line).decode("utf-16-le") for line in run.stdout.split("\n")[:-1]]
+
+
+class OneLiners(unittest.TestCase):
+    def test_every_document_has_its_own(self):
+        self.assertEqual(set(expressions("docs/handbuch.md")), {"javascript", "python", "csharp", "powershell"})
+        for guide in GUIDES:
+            self.assertEqual(set(expressions(guide)), {"csharp", "python", "delphi"})
+        self.assertEqual(expressions(GUIDES[0]), expressions(GUIDES[1]))
+
+    def test_python(self):
+        def evaluate(document, text):
+            return eval(expressions(document)["python"], {"base64": base64}, {"text": text})
+
+        self.assertEqual([evaluate("docs/handbuch.md", text) for text in TEXTS], ENCODED)
+        self.assertEqual([evaluate(GUIDES[0], text) for text in ENCODED], TEXTS)
+        for text in ("Z", "Zm 9v", "ä", "_w"):
+            with self.assertRaises(ValueError, msg=text):
+                evaluate(GUIDES[0], text)
+
+    @unittest.skipUnless(shutil.which("node"), "needs node")
+    def test_javascript(self):
+        self.assertEqual(evaluate_in_node(expressions("docs/handbuch.md")["javascript"], TEXTS), ENCODED)
+
+    @unittest.skipUnless(shutil.which("mcs") and shutil.which("mono"), "needs mono-mcs")
+    def test_csharp(self):
+        self.assertEqual(evaluate_in_csharp(expressions("docs/handbuch.md")["csharp"], TEXTS), ENCODED)
+        decode = expressions(GUIDES[0])["csharp"]
+        self.assertEqual(evaluate_in_csharp(decode, ENCODED), TEXTS)
+        self.assertEqual(evaluate_in_csharp(decode, ["Z", "Zm9v?", "ä", "_w"]), [None] * 4)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
