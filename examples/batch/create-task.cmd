@@ -1,6 +1,6 @@
 @echo off
 rem Legt eine Aufgabe an, die dem Host werktags um 7 Uhr eine Benachrichtigung schickt.
-rem Hier nicht erprobt: braucht die Aufgabenplanung von Windows.
+rem Hier nicht erprobt.
 setlocal
 if not defined QUILLET set "QUILLET=%ProgramFiles%\Quillet\quillet.exe"
 

@@ -1,6 +1,6 @@
 # Zeigt Klasse und Text aller sichtbaren Fenster, das oberste zuerst.
-# Aufruf: powershell -File list-windows.ps1
-# Hier nicht erprobt: braucht PowerShell unter Windows.
+# Aufruf: powershell -ExecutionPolicy Bypass -File list-windows.ps1
+# Hier nicht erprobt.
 Add-Type -TypeDefinition @'
 using System;
 using System.Collections.Generic;

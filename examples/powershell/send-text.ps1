@@ -1,6 +1,6 @@
 # Sendet einen Text und gibt die Antwort als Exitcode weiter.
-# Aufruf: powershell -File send-text.ps1 "Vorgang 4711"
-# Hier nicht erprobt: braucht PowerShell unter Windows.
+# Aufruf: powershell -ExecutionPolicy Bypass -File send-text.ps1 "Vorgang 4711"
+# Hier nicht erprobt.
 param([Parameter(Mandatory)] [string] $Text)
 
 $program = if ($env:QUILLET) { $env:QUILLET } else { "$env:ProgramFiles\Quillet\quillet.exe" }

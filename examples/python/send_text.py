@@ -1,7 +1,7 @@
 """Sendet einen Text und wertet die Antwort aus.
 
 Aufruf: python send_text.py "Vorgang 4711"
-Hier nicht erprobt: braucht Python für Windows.
+Hier nicht erprobt.
 """
 import os
 import subprocess

@@ -1,5 +1,5 @@
 ' Sendet aus Excel, Word oder Access einen Text und gibt die Antwort zurueck.
-' Hier nicht erprobt: braucht ein Office-Programm unter Windows.
+' Hier nicht erprobt.
 Option Explicit
 
 Public Function SendText(ByVal Text As String) As Long

@@ -1,0 +1,24 @@
+@echo off
+rem Sendet einen Text; laeuft der Host nicht, wird er gestartet und der Aufruf wiederholt, bis er gefunden ist.
+rem Aufruf: start-and-send.cmd "Vorgang 4711"
+setlocal
+if not defined QUILLET set "QUILLET=%ProgramFiles%\Quillet\quillet.exe"
+if not defined HOST set "HOST=%ProgramFiles%\Quillet\examples\host\example_host.exe"
+if not defined ATTEMPTS set ATTEMPTS=30
+set STARTED=
+
+:send
+"%QUILLET%" -kla=QuilletBeispielHost -copydata="%~1"
+set "CODE=%ERRORLEVEL%"
+if not %CODE% EQU -2 exit /b %CODE%
+
+if not defined STARTED start "" "%HOST%"
+set STARTED=1
+set /a ATTEMPTS-=1
+if %ATTEMPTS% LEQ 0 (
+    echo Der Host ist nicht erschienen.
+    exit /b -2
+)
+rem Eine Sekunde Pause; timeout geht nicht, wenn die Eingabe umgeleitet ist.
+ping -n 2 127.0.0.1 >nul
+goto send
