@@ -1,5 +1,7 @@
 // A host in C#: takes texts (UTF-16), shows them in its title, and answers with 2.
-// Not exercised here: needs .NET with Windows Forms on Windows.
+//   %WINDIR%\Microsoft.NET\Framework64\v4.0.30319\csc.exe /target:winexe SmallHost.cs
+//   quillet.exe -seaglob -nam="C#-Host - *" -copydata="Vorgang 4711"
+// Translated here, but not run: that needs .NET on Windows.
 using System;
 using System.Runtime.InteropServices;
 using System.Windows.Forms;
@@ -9,6 +11,7 @@ class SmallHost : Form
     const int WM_COPYDATA = 0x004A;
     const int WM_USER = 0x0400;
     const int Answer = 2;
+    const int LongestText = 2000; // bytes; more is refused, since any web page may be the sender
 
     [StructLayout(LayoutKind.Sequential)]
     struct COPYDATASTRUCT
@@ -30,7 +33,7 @@ class SmallHost : Form
         }
         var data = (COPYDATASTRUCT)Marshal.PtrToStructure(m.LParam, typeof(COPYDATASTRUCT));
         m.Result = IntPtr.Zero; // refused, unless it turns out to be a text
-        if (data.cbData % 2 == 0)
+        if (data.cbData % 2 == 0 && data.cbData >= 0 && data.cbData <= LongestText)
         {
             // Exactly cbData bytes, copied: there is no terminator, and they are gone on return.
             string text = data.cbData == 0 ? "" : Marshal.PtrToStringUni(data.lpData, data.cbData / 2);

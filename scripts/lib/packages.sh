@@ -14,7 +14,9 @@ packages_desktop=(
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
 # Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples, and the benchmarks.
-packages_test=(clang-19 libclang-rt-19-dev libbenchmark-dev nodejs mono-mcs libmono-system-windows-forms4.0-cil)
+packages_test=(
+  clang-19 libclang-rt-19-dev libbenchmark-dev
+  nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
 # Making the packages: pages from documents, the MSI.
 packages_package=(pandoc wixl msitools)
