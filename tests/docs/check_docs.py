@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Checks what the documents promise about this repository: check_docs.py ROOT
 
-- A code block under a line `<!-- file: PATH -->` shows that file, whole and verbatim (line ends do not count).
+- A code block under a line `<!-- file: PATH -->` shows that file, whole and verbatim (line ends do not count); one under
+  `<!-- lines of: PATH -->` shows consecutive lines of it.
 - Every relative link and picture leads to a file, and its #anchor to a heading.
 - Every path into this repository in `code` or in a block of commands exists.
 
@@ -12,7 +13,7 @@ import sys
 from pathlib import Path
 
 FENCE = re.compile(r"^(```+)")
-FILE_MARK = re.compile(r"^<!-- file: (\S+) -->$")
+FILE_MARK = re.compile(r"^<!-- (file|lines of): (\S+) -->$")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`]+)`")
 HEADING = re.compile(r"^#+ +(.*?) *$")
@@ -28,7 +29,7 @@ def documents(root):
 
 
 def split(lines):
-    """Yields (line number, line or None, block or None): a block is (mark, list of lines)."""
+    """Yields (line number, line or None, block or None): a block is (mark, list of lines), a mark (how much, path)."""
     mark, index = None, 0
     while index < len(lines):
         line = lines[index]
@@ -39,7 +40,7 @@ def split(lines):
             mark, index = None, end + 1
             continue
         found = FILE_MARK.match(line)
-        mark = found[1] if found else None
+        mark = found.groups() if found else None
         yield index + 1, line, None
         index += 1
     if mark:
@@ -57,13 +58,21 @@ def anchors(path):
     return {anchor(found[1]) for _, line, _ in split(lines) if line and (found := HEADING.match(line))}
 
 
+def shows(block, lines, whole):
+    """Whether a block shows these lines, or some of them that follow each other."""
+    if not block or whole:
+        return block == lines
+    return any(lines[start:start + len(block)] == block for start in range(len(lines)))
+
+
 def check_block(root, mark, block):
     if mark:
-        path = root / mark
+        extent, name = mark
+        path = root / name
         if not path.is_file():
-            yield f"shows {mark}, which does not exist"
-        elif block is None or block != path.read_text(encoding="utf-8").splitlines():
-            yield f"does not show {mark} as it is"
+            yield f"shows {name}, which does not exist"
+        elif not shows(block, path.read_text(encoding="utf-8").splitlines(), extent == "file"):
+            yield f"does not show {name} as it is"
     else:
         for line in block:
             yield from check_paths(root, re.findall(r"(?:^|\s)(\./\S+)", line))

@@ -31,6 +31,13 @@ class CheckDocs(unittest.TestCase):
         text = "<!-- file: examples/a.cmd -->\n```bat\necho 1\n```\n"
         self.assertEqual(len(self.faults(text, {"examples/a.cmd": "echo 1\necho 2\n"})), 1)
 
+    def test_marked_lines_follow_each_other_in_the_file(self):
+        files = {"examples/a.cmd": "echo 1\r\necho 2\r\necho 3\r\n"}
+        for lines, faults in (("echo 1\necho 2", 0), ("echo 2\necho 3", 0), ("echo 1\necho 3", 1), ("echo", 1), ("", 1)):
+            text = f"<!-- lines of: examples/a.cmd -->\n```bat\n{lines}\n```\n"
+            self.assertEqual(len(self.faults(text, files)), faults, lines)
+        self.assertEqual(len(self.faults("<!-- lines of: examples/a.cmd -->\n```bat\n```\n", files)), 1)
+
     def test_marked_file_is_missing(self):
         text = "<!-- file: examples/a.cmd -->\n```bat\necho 1\n```\n"
         self.assertEqual(len(self.faults(text)), 1)

@@ -25,7 +25,7 @@ import make_packages  # noqa: E402
 
 def expected_files():
     pages = ["CHANGELOG.html", "docs/handbuch.html", "docs/host-guide.html", "docs/host-leitfaden.html",
-             "docs/security.html", "examples/url-scheme/README.html"]
+             "docs/security.html", "docs/sicherheit.html", "examples/url-scheme/README.html"]
     programs = ["quillet.exe", "examples/caller/example_caller.exe", "examples/host/example_host.exe"]
     sources = [path.relative_to(ROOT).as_posix() for path in (ROOT / "examples").rglob("*")
                if path.is_file() and path.name not in ("CMakeLists.txt", "README.md")]
