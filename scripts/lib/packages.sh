@@ -26,3 +26,6 @@ packages_lint=(clang-format-19 clang-tidy-19 cppcheck shellcheck)
 
 # Measuring what the tests reach.
 packages_coverage=(gcovr)
+
+# Clicking links in a real browser: it, what starts the program for a scheme, and a font for what it shows.
+packages_browser=(chromium xdg-utils python3)
