@@ -31,25 +31,40 @@ wine start /wait "$1" </dev/null >/dev/null 2>&1
 echo "$? $1" >>"$(dirname "$0")/handled.log"
 """
 
-# Tells the server where on the screen each link is. In kiosk mode the page fills the screen.
-REPORT = """<script>addEventListener('load', () => fetch('/places', { method: 'POST', body: JSON.stringify(
-  Array.from(document.querySelectorAll('a'), (link) => link.getClientRects()[0]))}))</script>"""
+# Tells the server where on the screen each link is (in kiosk mode the page fills the screen), and over which one the pointer
+# is: a browser that is still busy with its first picture swallows clicks.
+REPORT = """<script>
+const report = (what, value) => fetch('/' + what, { method: 'POST', body: JSON.stringify(value) });
+const links = Array.from(document.querySelectorAll('a'));
+const reportPlaces = () => report('places', links.map((link) => link.getClientRects()[0]));
+addEventListener('load', reportPlaces);
+addEventListener('resize', reportPlaces);
+addEventListener('mousemove', (event) => report('pointer', links.indexOf(event.target)));
+</script>"""
+
+
+def holds(condition):
+    """A tool that does not find a window yet ends with an error."""
+    try:
+        return condition()
+    except subprocess.CalledProcessError:
+        return False
 
 
 def wait_until(condition, what):
     deadline = time.monotonic() + LIMIT
-    while not condition():
+    while not holds(condition):
         if time.monotonic() > deadline:
             raise AssertionError(f"{LIMIT} seconds passed: {what}")
         time.sleep(0.05)
 
 
 class PageServer(http.server.ThreadingHTTPServer):
-    """Serves the page, at an origin of its own, and takes the places of its links."""
+    """Serves the page, at an origin of its own, and takes what it reports: see REPORT."""
 
     def __init__(self):
         super().__init__(("127.0.0.1", 0), PageHandler)
-        self.places = None
+        self.reported = {}
         self.origin = f"http://127.0.0.1:{self.server_port}"
 
 
@@ -63,7 +78,7 @@ class PageHandler(http.server.BaseHTTPRequestHandler):
             self.wfile.write((SCHEME / "links.html").read_bytes() + REPORT.encode())
 
     def do_POST(self):
-        self.server.places = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
+        self.server.reported[self.path] = json.loads(self.rfile.read(int(self.headers["Content-Length"])))
         self.send_response(204)
         self.end_headers()
 
@@ -136,8 +151,8 @@ class Links(unittest.TestCase):
         cls.start("browser", "chromium", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
                   "--disable-background-networking", "--disable-component-update", "--disable-sync", "--kiosk",
                   "--password-store=basic", f"--user-data-dir={profile}", f"{server.origin}/links.html", env=environment)
-        wait_until(lambda: server.places, "the browser does not show the page")
-        cls.places = server.places
+        wait_until(lambda: "/places" in server.reported, "the browser does not show the page")
+        cls.reported = server.reported
 
     @classmethod
     def host_log(cls):
@@ -149,12 +164,30 @@ class Links(unittest.TestCase):
         lines = (cls.folder / "handled.log").read_text(encoding="utf-8").splitlines()
         return [(int(code), link) for code, link in (line.split(" ", 1) for line in lines)]
 
-    def click(self, place):
-        x, y = (str(round(place[start] + place[size] / 2)) for start, size in (("x", "width"), ("y", "height")))
-        window = subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "chromium"], capture_output=True, text=True)
-        # Clicks go to what is in front, and that was the host or the dialog.
-        subprocess.run(["xdotool", "windowactivate", "--sync", window.stdout.split()[-1], "mousemove", "--sync", x, y,
-                        "click", "1"], check=True, timeout=LIMIT)
+    @staticmethod
+    def xdotool(*words):
+        """What it prints; fails when a search finds nothing."""
+        return subprocess.run(["xdotool", *words], capture_output=True, text=True, check=True, timeout=LIMIT).stdout.split()
+
+    def points_at(self, number):
+        """Moves the pointer onto a link, and gives the page a moment to notice."""
+        place = self.reported["/places"][number]
+        x, y = (round(place[start] + place[size] / 2) for start, size in (("x", "width"), ("y", "height")))
+        self.xdotool("mousemove", str(x), str(y - 1), "mousemove", str(x), str(y))
+        deadline = time.monotonic() + 1
+        while self.reported.get("/pointer") != number and time.monotonic() < deadline:
+            time.sleep(0.05)
+        return self.reported.get("/pointer") == number
+
+    def in_front(self):
+        """Clicks go to what is in front, and that may be the host or the dialog."""
+        window = self.xdotool("search", "--onlyvisible", "--name", "^Links an den Beispiel-Host")[-1]
+        self.xdotool("windowactivate", "--sync", window)
+        return True
+
+    def click(self, number):
+        wait_until(lambda: self.in_front() and self.points_at(number), "the pointer does not reach the link")
+        self.xdotool("click", "1")
 
     @staticmethod
     def as_the_browser_hands_it_over(link):
@@ -171,21 +204,20 @@ class Links(unittest.TestCase):
         page = (SCHEME / "links.html").read_text(encoding="utf-8")
         rows = [[unescape(cell) for cell in row] for row in ROW.findall(page)]
         self.assertEqual(len(rows), page.count("<a href="))
-        self.assertEqual(len(rows), len(self.places))
-        for number, ((link, _, promised), place) in enumerate(zip(rows, self.places)):
-            with self.subTest(link=link):
-                before = len(self.host_log())
-                self.click(place)
-                wait_until(lambda: len(self.handled()) > number, "the program has not ended")
-                self.assertEqual(self.handled()[number:],
-                                 [(self.exit_code(promised, link), self.as_the_browser_hands_it_over(link))])
-                # A host without a dialog to answer shows its last line a moment later.
-                wait_until(lambda: "ntwort" in self.host_log()[before:] or not promised, "the host does not react")
-                lines = [line.strip() for line in self.host_log()[before:].splitlines()]
-                if promised:
-                    self.assertIn(promised, lines)
-                else:
-                    self.assertEqual(lines, [])
+        self.assertEqual(len(rows), len(self.reported["/places"]))
+        for number, (link, _, promised) in enumerate(rows):
+            before = len(self.host_log())
+            self.click(number)
+            wait_until(lambda: len(self.handled()) > number, f"{link}: the program has not ended")
+            self.assertEqual(self.handled()[number:],
+                             [(self.exit_code(promised, link), self.as_the_browser_hands_it_over(link))])
+            # A host without a dialog to answer shows its last line a moment later.
+            wait_until(lambda: "ntwort" in self.host_log()[before:] or not promised, f"{link}: the host does not react")
+            lines = [line.strip() for line in self.host_log()[before:].splitlines()]
+            if promised:
+                self.assertIn(promised, lines)
+            else:
+                self.assertEqual(lines, [])
 
 
 if __name__ == "__main__":
