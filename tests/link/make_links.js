@@ -73,5 +73,8 @@ for (let count = 0; count < TEXTS; ++count) {
   }
   lines.push(line(build(text, { base64url: true }), 'base64url', text));
 }
-fs.writeFileSync(process.argv[2], lines.join('\n') + '\n');
+// Several desktops may run this side by side, and read while another writes.
+const written = `${process.argv[2]}.${process.pid}`;
+fs.writeFileSync(written, lines.join('\n') + '\n');
+fs.renameSync(written, process.argv[2]);
 console.log(`seed ${seed}: ${lines.length} links, ${lines.length - TEXTS} of them plain`);

@@ -12,7 +12,7 @@ namespace
 /// QUILLET as it is.
 Outcome RunPackagedCaller(const std::wstring& arguments)
 {
-    const std::filesystem::path package = BuiltProgram(L"recipes").append(L"package");
+    const std::filesystem::path package = ScratchPath(L"package");
     const std::filesystem::path folder = package / L"examples" / L"caller";
     const std::filesystem::path caller = folder / L"example_caller.exe";
     std::filesystem::create_directories(folder);
@@ -71,7 +71,7 @@ std::wstring BatchFile(UINT codePage)
     const int size =
         ::WideCharToMultiByte(codePage, 0, content.data(), static_cast<int>(content.size()), bytes,
                               sizeof(bytes), nullptr, nullptr);
-    const std::filesystem::path file = RecipePath(L"umlaut.cmd");
+    const std::filesystem::path file = ScratchPath(L"umlaut.cmd");
     std::ofstream(file, std::ios::binary).write(bytes, size);
     return file.wstring();
 }

@@ -16,6 +16,13 @@ std::wstring RecipePath(const wchar_t* name)
     return BuiltProgram(L"recipes").append(name).make_preferred().wstring();
 }
 
+std::wstring ScratchPath(const wchar_t* name)
+{
+    wchar_t folder[MAX_PATH + 1];
+    ::GetTempPathW(MAX_PATH + 1, folder);
+    return folder + std::wstring(name);
+}
+
 std::string ContentOf(const std::filesystem::path& file)
 {
     std::ostringstream content;
@@ -35,7 +42,7 @@ Outcome RunInCmd(const std::wstring& commandLine)
 {
     wchar_t system[MAX_PATH];
     ::GetSystemDirectoryW(system, MAX_PATH);
-    const std::filesystem::path output = BuiltProgram(L"recipes").append(L"output.txt");
+    const std::filesystem::path output = ScratchPath(L"output.txt");
     const Process cmd(std::filesystem::path(system) / L"cmd.exe",
                       L"cmd /c \"" + commandLine + L" > " + Quoted(output.wstring()) + L'"');
     constexpr std::chrono::seconds kLimit{60}; // the interpreters of recipes take long to start

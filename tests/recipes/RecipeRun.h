@@ -25,6 +25,10 @@ std::wstring Quoted(const std::wstring& text);
 /// The full path of a file of examples/, as the build has copied it.
 std::wstring RecipePath(const wchar_t* name);
 
+/// The full path of a file that a test makes. Each desktop has its own, and so has no part in what
+/// others make beside it.
+std::wstring ScratchPath(const wchar_t* name);
+
 std::string ContentOf(const std::filesystem::path& file);
 
 void Replace(std::string& text, std::string_view from, std::string_view to);

@@ -28,7 +28,7 @@ void ImportWithPath(const wchar_t* name)
     {
         Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");
     }
-    const std::wstring file = RecipePath(L"import.reg");
+    const std::wstring file = ScratchPath(L"import.reg");
     std::ofstream(std::filesystem::path(file), std::ios::binary) << content;
     const Outcome outcome = RunInCmd(L"reg import " + Quoted(file));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
@@ -101,7 +101,7 @@ TEST_F(Recipe, BatchNotificationWithoutHostFails)
 
 TEST_F(Recipe, ShortcutSendsItsText)
 {
-    const std::wstring shortcut = RecipePath(L"Vorgang 4711.lnk");
+    const std::wstring shortcut = ScratchPath(L"Vorgang 4711.lnk");
     const Outcome creation =
         RunInCmd(L"cscript //nologo " + Quoted(RecipePath(L"vbscript\\create-shortcut.vbs")) +
                  L' ' + Quoted(shortcut));
