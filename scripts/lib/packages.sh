@@ -18,8 +18,12 @@ packages_test=(
   clang-19 libclang-rt-19-dev libbenchmark-dev
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
-# Making the packages: pages from documents, the MSI.
-packages_package=(pandoc wixl msitools)
+# Making the packages: pages from documents, the MSI and a look into it, notices from copyright files, manifests.
+packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debian python3-yaml python3-fastjsonschema)
+
+# The schema of the bill of materials, which is in none of them (sbom_schema.sh); and signing.
+packages_schema=(npm)
+packages_signing=(osslsigncode)
 
 # Checking format and style.
 packages_lint=(clang-format-19 clang-tidy-19 cppcheck shellcheck)

@@ -1,0 +1,105 @@
+"""A Windows to install on: the desktop's fresh one, which every test leaves as it was, registry and files."""
+import os
+import re
+import subprocess
+import time
+from pathlib import Path
+
+from packages import WithFolder
+
+LIMIT = 120  # seconds, for whatever is waited for
+
+# What Windows, here Wine, changes by itself while programs run.
+OWN_FILES = re.compile(r"windows/(temp|Installer)$|windows/inf/|users/[^/]+/Temp|\.log$", re.IGNORECASE)
+# The installer's own folders of the registry, which Wine makes when they are first needed.
+OWN_KEYS = re.compile(r"\\Installer(\\(Features|Products|UpgradeCodes|UserData(\\S-1-5-18(\\(Components|Products))?)?))?$")
+
+
+class WineCase(WithFolder):
+    drive = Path(os.environ["WINEPREFIX"]) / "drive_c"
+
+    maxDiff = None
+
+    before = None  # what every test of a run begins and ends with
+
+    def setUp(self):
+        super().setUp()
+        if not WineCase.before:
+            self.wine("winecfg", "-v", "win10")  # Wine 8 begins as Windows 7
+            WineCase.before = self.state()
+
+    def wine(self, *arguments, folder=None):
+        """The exit code, or its lower eight bits; output goes to a file, since Wine's services hold a pipe open."""
+        with open(self.folder / "output.txt", "wb") as output:
+            return subprocess.run(["wine", *arguments], cwd=folder, stdin=subprocess.DEVNULL, stdout=output,
+                                  stderr=subprocess.STDOUT, timeout=LIMIT).returncode
+
+    def output(self):
+        return (self.folder / "output.txt").read_bytes().decode("cp850")  # a German console's
+
+    def msiexec(self, action, msi, *properties):
+        """As the handbook rolls it out: silently, with a log."""
+        log, msi = ("Z:" + str(path).replace("/", "\\") for path in (self.folder / "msi.log", msi))
+        return self.wine("msiexec", action, msi, "/qn", "/norestart", "/l*v", log, *properties)
+
+    def log(self):
+        content = (self.folder / "msi.log").read_bytes()
+        return content.decode("utf-16" if content.startswith(b"\xff\xfe") else "utf-8", errors="replace")
+
+    def registry(self):
+        """"key: value" lines of both hives."""
+        lines = []
+        for hive in ("HKLM", "HKCU"):
+            file = self.folder / f"{hive}.reg"
+            self.wine("reg", "export", hive, str(file), "/y")
+            key = ""
+            for line in re.sub(r"\\\n *", "", file.read_text(encoding="utf-16")).splitlines():
+                if line.startswith("["):
+                    key = line[1:-1]
+                if line and not OWN_KEYS.search(key):
+                    lines.append(f"{key}: {line}")
+        return set(lines)
+
+    def files(self):
+        found = set()
+        for path in self.drive.rglob("*"):
+            name = path.relative_to(self.drive).as_posix()
+            if not OWN_FILES.search(name):
+                facts = path.stat()
+                found.add(f"{name} {facts.st_size} {facts.st_mtime_ns}" if path.is_file() else name)
+        return found
+
+    def state(self):
+        return self.registry() | self.files()
+
+    def expect_nothing_left(self):
+        after = self.state()
+        self.assertEqual((sorted(after - self.before), sorted(self.before - after)), ([], []))
+
+    def value(self, key, name=None):
+        """A registry value's text under HKLM, in 64-bit eyes, or None."""
+        self.wine("reg", "query", "HKLM\\" + key, *(("/v", name) if name else ("/ve",)))
+        found = re.search(r"REG_\w+ *(.*)", self.output())
+        return found[1].strip() if found else None
+
+    def start_host(self, program, *options):
+        log = self.folder / "host.txt"
+        with open(log, "wb") as output:
+            host = subprocess.Popen(["wine", program, *options], stdin=subprocess.DEVNULL, stdout=output,
+                                    stderr=subprocess.STDOUT)
+
+        def end():
+            host.kill()
+            host.wait(LIMIT)
+        self.addCleanup(end)
+        self.wait_for("the host", lambda: b"Bereit" in log.read_bytes())
+        return end
+
+    def host_log(self):
+        return (self.folder / "host.txt").read_bytes().decode("utf-8", errors="replace")
+
+    def wait_for(self, what, condition):
+        deadline = time.monotonic() + LIMIT
+        while not condition():
+            self.assertLess(time.monotonic(), deadline, what)
+            time.sleep(0.05)
