@@ -1,6 +1,6 @@
 // Where a window, and a modal dialog by itself, appears.
 #include "tests/unit/TestResource.h"
-#include "tests/unit/WindowTest.h"
+#include "tests/unit/WindowFixture.h"
 
 #include <optional>
 #include <ostream>
@@ -51,7 +51,7 @@ void Place(const CWnd& window, RECT rect)
 }
 
 /// Windows without a frame, which no window manager moves. All extents are even.
-class CenterWindow : public WindowTest
+class CenterWindow : public WindowFixture
 {
 protected:
     PlainWindow m_owner{WS_POPUP | WS_VISIBLE};
@@ -142,7 +142,7 @@ protected:
     }
 };
 
-class ModalPlace : public WindowTest
+class ModalPlace : public WindowFixture
 {
 protected:
     ModalPlace() { Place(m_owner, {300, 200, 700, 500}); }
