@@ -95,7 +95,8 @@ class Zip(unittest.TestCase):
 
     def test_pages_tell_their_language_and_version(self):
         for name, language in (("docs/freigabe.html", "de"), ("docs/handbuch.html", "de"), ("docs/host-leitfaden.html", "de"),
-                               ("docs/host-guide.html", "en"), ("docs/security.html", "en")):
+                               ("docs/host-guide.html", "en"), ("docs/security.html", "en"),
+                               ("docs/sicherheit.html", "de")):
             self.assertEqual((self.pages[name].language, self.pages[name].headings), (language, 1), name)
             self.assertIn(f"Quillet {VERSION}<", self.files[name].decode(), name)
 
