@@ -67,18 +67,18 @@ TEST_F(CDialogTest, CreatesItsWindowFromTheTemplate)
 {
     TestDialog dialog;
     ASSERT_TRUE(dialog.Create(IDD_TEST));
-    EXPECT_EQ(&dialog, CWnd::FromHandlePermanent(dialog.m_hWnd));
-    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+    EXPECT_EQ(CWnd::FromHandlePermanent(dialog.m_hWnd), &dialog);
+    EXPECT_EQ(dialog.events, (Events{"load", "init"}));
     wchar_t text[64];
     ::GetWindowTextW(dialog.m_hWnd, text, 64);
-    EXPECT_STREQ(L"Quillet: framework test", text);
+    EXPECT_STREQ(text, L"Quillet: framework test");
 }
 
 TEST_F(CDialogTest, MissingTemplateMakesNoWindow)
 {
     TestDialog dialog;
     EXPECT_FALSE(dialog.Create(999));
-    EXPECT_EQ(nullptr, dialog.m_hWnd);
+    EXPECT_EQ(dialog.m_hWnd, nullptr);
     EXPECT_EQ(TestDialog(999).DoModal(), -1);
 }
 
@@ -92,9 +92,9 @@ TEST_F(CDialogTest, OtherDialogsAfterAFailedCreationAreTheirOwn)
     earlier.SendMessage(WM_NULL);
     TestDialog later;
     ASSERT_TRUE(later.Create(IDD_TEST));
-    EXPECT_EQ(nullptr, failed.m_hWnd);
-    EXPECT_EQ(&earlier, CWnd::FromHandlePermanent(earlier.m_hWnd));
-    EXPECT_EQ(&later, CWnd::FromHandlePermanent(later.m_hWnd));
+    EXPECT_EQ(failed.m_hWnd, nullptr);
+    EXPECT_EQ(CWnd::FromHandlePermanent(earlier.m_hWnd), &earlier);
+    EXPECT_EQ(CWnd::FromHandlePermanent(later.m_hWnd), &later);
 }
 
 TEST_F(CDialogTest, IsOwnedByTheMainWindow)
@@ -103,16 +103,16 @@ TEST_F(CDialogTest, IsOwnedByTheMainWindow)
     PlainWindow other;
     TestDialog dialog;
     dialog.Create(IDD_TEST);
-    EXPECT_EQ(nullptr, ::GetWindow(dialog.m_hWnd, GW_OWNER));
+    EXPECT_EQ(::GetWindow(dialog.m_hWnd, GW_OWNER), nullptr);
 
     m_app.m_pMainWnd = &main;
     TestDialog owned;
     owned.Create(IDD_TEST);
-    EXPECT_EQ(main.m_hWnd, ::GetWindow(owned.m_hWnd, GW_OWNER));
+    EXPECT_EQ(::GetWindow(owned.m_hWnd, GW_OWNER), main.m_hWnd);
 
     TestDialog ownedByOther;
     ownedByOther.Create(IDD_TEST, &other);
-    EXPECT_EQ(other.m_hWnd, ::GetWindow(ownedByOther.m_hWnd, GW_OWNER));
+    EXPECT_EQ(::GetWindow(ownedByOther.m_hWnd, GW_OWNER), other.m_hWnd);
 }
 
 TEST_F(CDialogTest, FocusIsOnTheFirstControl)
@@ -120,7 +120,7 @@ TEST_F(CDialogTest, FocusIsOnTheFirstControl)
     TestDialog dialog;
     dialog.Create(IDD_TEST);
     dialog.ShowWindow(SW_SHOW);
-    EXPECT_EQ(dialog.Control(IDCANCEL), ::GetFocus());
+    EXPECT_EQ(::GetFocus(), dialog.Control(IDCANCEL));
 }
 
 struct EndRow
@@ -149,8 +149,8 @@ TEST_F(CDialogTest, ButtonsKeysAndCaptionEndTheLoop)
         dialog.Create(IDD_TEST);
         dialog.ShowWindow(SW_SHOW);
         dialog.PostMessage(row.message, row.wParam);
-        EXPECT_EQ(row.result, dialog.RunModalLoop());
-        EXPECT_EQ(row.events, dialog.events);
+        EXPECT_EQ(dialog.RunModalLoop(), row.result);
+        EXPECT_EQ(dialog.events, row.events);
         EXPECT_FALSE(::IsWindowVisible(dialog.m_hWnd));
         EXPECT_TRUE(::IsWindow(dialog.m_hWnd));
     }
@@ -164,7 +164,7 @@ TEST_F(CDialogTest, EndDialogBeforeTheLoopHidesAndIsNotSeen)
     dialog.EndDialog(1027);
     EXPECT_FALSE(::IsWindowVisible(dialog.m_hWnd));
     dialog.PostMessage(WM_COMMAND, IDCANCEL);
-    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
+    EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
 }
 
 TEST_F(CDialogTest, FirstEndOfTheLoopWins)
@@ -173,7 +173,7 @@ TEST_F(CDialogTest, FirstEndOfTheLoopWins)
     dialog.Create(IDD_TEST);
     dialog.PostMessage(WM_COMMAND, IDOK);
     dialog.PostMessage(WM_COMMAND, IDCANCEL);
-    EXPECT_EQ(IDOK, dialog.RunModalLoop());
+    EXPECT_EQ(dialog.RunModalLoop(), IDOK);
 }
 
 // Without a default push button at the focus the platform would ask for the default command by a
@@ -186,8 +186,8 @@ TEST_F(CDialogTest, EnterMeansTheButtonWithTheFocus)
     ::SetFocus(dialog.Control(IDOK));
     ::SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_PUSHBUTTON, FALSE);
     ::PostMessageW(dialog.Control(IDOK), WM_KEYDOWN, VK_RETURN, 0);
-    EXPECT_EQ(IDOK, dialog.RunModalLoop());
-    EXPECT_EQ((Events{"load", "init", "save"}), dialog.events);
+    EXPECT_EQ(dialog.RunModalLoop(), IDOK);
+    EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
 }
 
 TEST_F(CDialogTest, EnterBesideTheButtonsMeansTheFirstOne)
@@ -198,8 +198,8 @@ TEST_F(CDialogTest, EnterBesideTheButtonsMeansTheFirstOne)
     const HWND edit = dialog.Control(IDC_TEXT);
     ::SetFocus(edit);
     ::PostMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
-    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
-    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+    EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
+    EXPECT_EQ(dialog.events, (Events{"load", "init"}));
 }
 
 TEST_F(CDialogTest, EnterWithoutAnyFocusMeansTheFirstButton)
@@ -209,8 +209,8 @@ TEST_F(CDialogTest, EnterWithoutAnyFocusMeansTheFirstButton)
     dialog.ShowWindow(SW_SHOW);
     ::SetFocus(dialog.m_hWnd);
     dialog.PostMessage(WM_KEYDOWN, VK_RETURN);
-    EXPECT_EQ(IDCANCEL, dialog.RunModalLoop());
-    EXPECT_EQ((Events{"load", "init"}), dialog.events);
+    EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
+    EXPECT_EQ(dialog.events, (Events{"load", "init"}));
 }
 
 TEST_F(CDialogTest, TabMovesTheFocus)
@@ -220,7 +220,7 @@ TEST_F(CDialogTest, TabMovesTheFocus)
     dialog.ShowWindow(SW_SHOW);
     MSG tab{dialog.Control(IDCANCEL), WM_KEYDOWN, VK_TAB, 0, 0, {}};
     EXPECT_TRUE(dialog.PreTranslateMessage(&tab));
-    EXPECT_EQ(dialog.Control(IDOK), ::GetFocus());
+    EXPECT_EQ(::GetFocus(), dialog.Control(IDOK));
 }
 
 class DoModal : public WindowFixture
@@ -236,11 +236,11 @@ TEST_F(DoModal, ShowsTheBoxAndGivesItsResult)
     {
         TestDialog box;
         box.onInit = [&] {
-            EXPECT_EQ(m_owner.m_hWnd, ::GetWindow(box.m_hWnd, GW_OWNER));
+            EXPECT_EQ(::GetWindow(box.m_hWnd, GW_OWNER), m_owner.m_hWnd);
             box.PostMessage(WM_COMMAND, static_cast<WPARAM>(button));
         };
-        EXPECT_EQ(button, box.DoModal());
-        EXPECT_EQ(nullptr, box.m_hWnd);
+        EXPECT_EQ(box.DoModal(), button);
+        EXPECT_EQ(box.m_hWnd, nullptr);
     }
 }
 
@@ -269,7 +269,7 @@ TEST_F(DoModal, DisablesTheOwnerUntilJustBeforeTheBoxGoes)
         visibleAtCommand = ::IsWindowVisible(box.m_hWnd);
     };
     box.onDestroy = [&] { enabledAtDestruction = ::IsWindowEnabled(m_owner.m_hWnd); };
-    EXPECT_EQ(IDOK, box.DoModal());
+    EXPECT_EQ(box.DoModal(), IDOK);
     EXPECT_FALSE(enabledAtCommand);
     EXPECT_TRUE(visibleAtCommand);
     EXPECT_TRUE(enabledAtDestruction);
@@ -282,10 +282,10 @@ TEST_F(DoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
     m_app.m_pMainWnd = &m_owner;
     TestDialog box(IDD_TEST, &parent);
     box.onInit = [&] {
-        EXPECT_EQ(parent.m_hWnd, ::GetWindow(box.m_hWnd, GW_OWNER));
+        EXPECT_EQ(::GetWindow(box.m_hWnd, GW_OWNER), parent.m_hWnd);
         box.PostMessage(WM_COMMAND, IDOK);
     };
-    EXPECT_EQ(IDOK, box.DoModal());
+    EXPECT_EQ(box.DoModal(), IDOK);
 }
 
 TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
@@ -305,11 +305,11 @@ TEST_F(DoModal, OwnerStaysDisabledUntilTheBoxThatDisabledItEnds)
     outer.onInit = [&] { outer.PostMessage(TestDialog::kStep); };
     outer.onStep = [&] {
         inner.onInit = [&] { inner.PostMessage(WM_COMMAND, IDCANCEL); };
-        EXPECT_EQ(IDCANCEL, inner.DoModal());
+        EXPECT_EQ(inner.DoModal(), IDCANCEL);
         EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
         outer.PostMessage(WM_COMMAND, IDOK);
     };
-    EXPECT_EQ(IDOK, outer.DoModal());
+    EXPECT_EQ(outer.DoModal(), IDOK);
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 
@@ -329,10 +329,10 @@ TEST_F(DoModal, OwnerStaysDisabledWhenTheOuterBoxIsClosedFirst)
             EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
             inner.PostMessage(WM_COMMAND, IDCANCEL);
         };
-        EXPECT_EQ(IDCANCEL, inner.DoModal());
+        EXPECT_EQ(inner.DoModal(), IDCANCEL);
         EXPECT_FALSE(::IsWindowEnabled(m_owner.m_hWnd));
     };
-    EXPECT_EQ(IDOK, outer.DoModal());
+    EXPECT_EQ(outer.DoModal(), IDOK);
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 
@@ -340,7 +340,7 @@ TEST_F(DoModal, RunsWithoutAnyOwner)
 {
     TestDialog box;
     box.onInit = [&] { box.PostMessage(WM_COMMAND, IDCANCEL); };
-    EXPECT_EQ(IDCANCEL, box.DoModal());
+    EXPECT_EQ(box.DoModal(), IDCANCEL);
 }
 
 } // namespace

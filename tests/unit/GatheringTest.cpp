@@ -46,7 +46,7 @@ struct Tally
     }
 };
 
-/// Nothing when a value ends inside an escape.
+/// Nothing when decoding a value runs past its end.
 std::optional<SendRequest> ProgramsRequest(const std::wstring& line)
 {
     try
@@ -76,18 +76,18 @@ void Compare(const std::wstring& line, Tally& tally)
 {
     ++tally.lines;
     const bool asksForHelp = plain::AsksForHelp(line);
-    ASSERT_EQ(asksForHelp, AsksForHelp(CommandLine(line.c_str()))) << "line: " << line;
+    ASSERT_EQ(AsksForHelp(CommandLine(line.c_str())), asksForHelp) << "line: " << line;
     tally.help += asksForHelp;
 
     const auto expected = PlainRequest(line);
     const auto actual = ProgramsRequest(line);
-    ASSERT_EQ(expected.has_value(), actual.has_value()) << "line: " << line;
+    ASSERT_EQ(actual.has_value(), expected.has_value()) << "line: " << line;
     if (!expected)
     {
         ++tally.abnormalEnds;
         return;
     }
-    ASSERT_EQ(TextOf(*expected), TextOf(*actual)) << "line: " << line;
+    ASSERT_EQ(TextOf(*actual), TextOf(*expected)) << "line: " << line;
 
     const auto url = plain::After(line, L" -url=");
     if (url && TextOf(*expected) != TextOf(plain::GatherSwitches(line)))
@@ -253,7 +253,7 @@ TEST(GatheringAtRandom, AgreesWithThePlainRulesOnMutatedLines)
         }
     }
     tally.Print();
-    EXPECT_EQ(kLargestCorpus, corpus.size());
+    EXPECT_EQ(corpus.size(), kLargestCorpus);
     EXPECT_GT(tally.fromUrl, kMutatedLines / 20);
 }
 

@@ -31,9 +31,9 @@ std::wstring Fill(const std::wstring& begin, std::wstring_view part, const std::
 TEST(LongUrl, CarriesOneHugeValue)
 {
     const std::wstring line = Fill(L"x?copydata=", L"v");
-    ASSERT_EQ(kLongestCommandLine, line.size());
+    ASSERT_EQ(line.size(), kLongestCommandLine);
     const SendRequest request = RequestOf(line);
-    EXPECT_EQ(std::wstring(kLongestCommandLine - 35, L'v'), request.copyData);
+    EXPECT_EQ(request.copyData, std::wstring(kLongestCommandLine - 35, L'v'));
     EXPECT_TRUE(request.noDialog);
 }
 
@@ -41,7 +41,7 @@ TEST(LongUrl, CarriesTenThousandParameters)
 {
     const std::wstring many = Repeated(L"a=&", 10'000);
     const SendRequest request = RequestOf(L"q -url=x?msg=1&" + many + L"msg=2&wparam=7&kla=last");
-    EXPECT_EQ(TextOf({.windowClass = L"last", .messageOffset = 1, .wParam = 7}), TextOf(request));
+    EXPECT_EQ(TextOf(request), TextOf({.windowClass = L"last", .messageOffset = 1, .wParam = 7}));
 
     std::wstring different;
     for (int number = 0; number < 5'000; ++number)
@@ -57,28 +57,28 @@ TEST(LongUrl, MayConsistOfSeparators)
 {
     EXPECT_EQ(RequestOf(Fill(L"x?", L"&")).windowClass, L"");
     EXPECT_EQ(RequestOf(Fill(L"x?", L"&", L"kla=a")).windowClass, L"a");
-    EXPECT_EQ(L"a", RequestOf(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass);
+    EXPECT_EQ(RequestOf(Fill(L"x?kla=a", L";&", L"kla=b")).windowClass, L"a");
 }
 
 TEST(LongUrl, MayConsistOfEscapes)
 {
     const std::wstring quoted = Fill(L"x?copydata=%22", L"%20", L"%22");
     const std::size_t blanks = (kLongestCommandLine - 35 - 6) / 3;
-    EXPECT_EQ(std::wstring(blanks, L' '), RequestOf(quoted).copyData);
+    EXPECT_EQ(RequestOf(quoted).copyData, std::wstring(blanks, L' '));
 
     const std::wstring pairs = Fill(L"x?copydata=", L"%c3%A4");
-    EXPECT_EQ(std::wstring((kLongestCommandLine - 35) / 6, L'\u00E4'), RequestOf(pairs).copyData);
+    EXPECT_EQ(RequestOf(pairs).copyData, std::wstring((kLongestCommandLine - 35) / 6, L'\u00E4'));
 
     const std::wstring kept = Fill(L"x?copydata=", L"%41-");
-    EXPECT_EQ(Repeated(L"%41-", (kLongestCommandLine - 35) / 4), RequestOf(kept).copyData);
+    EXPECT_EQ(RequestOf(kept).copyData, Repeated(L"%41-", (kLongestCommandLine - 35) / 4));
 }
 
 TEST(LongUrl, MayBeOneHugeItemWithoutEqualsSign)
 {
     const std::wstring line = Fill(L"x?", L"k");
-    EXPECT_EQ(TextOf({.noDialog = true}), TextOf(RequestOf(line)));
+    EXPECT_EQ(TextOf(RequestOf(line)), TextOf({.noDialog = true}));
     const std::wstring url = line.substr(line.find(L"x?"));
-    EXPECT_EQ((UrlParameters{{url.substr(2), L""}}), CQuilletApp::ParseUrlParameters(url.c_str()));
+    EXPECT_EQ(CQuilletApp::ParseUrlParameters(url.c_str()), (UrlParameters{{url.substr(2), L""}}));
 }
 
 TEST(LongUrl, EndsTheRunWhenItsLastUnitIsAPercentSign)
@@ -142,7 +142,7 @@ TEST(LongUrl, IsGatheredAsThePlainRulesSay)
     {
         ASSERT_LE(shape.line.size(), kLongestCommandLine);
         ASSERT_GT(shape.line.size(), kLongestCommandLine - 16);
-        EXPECT_EQ(TextOf(plain::Gather(shape.line)), TextOf(RequestOf(shape.line))) << shape.name;
+        EXPECT_EQ(TextOf(RequestOf(shape.line)), TextOf(plain::Gather(shape.line))) << shape.name;
     }
 }
 

@@ -70,8 +70,8 @@ TEST(ReadNumber, FollowsTheScanRules)
 {
     for (const auto& [text, number] : kRows)
     {
-        EXPECT_EQ(number, Read<std::int32_t>(text)) << "text: <" << text << ">";
-        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
+        EXPECT_EQ(Read<std::int32_t>(text), number) << "text: <" << text << ">";
+        EXPECT_EQ(Read<std::int64_t>(text), number) << "text: <" << text << ">";
     }
 }
 
@@ -88,7 +88,7 @@ TEST(ReadNumber, WideFieldTakesSixtyFourBits)
     };
     for (const auto& [text, number] : kWideRows)
     {
-        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
+        EXPECT_EQ(Read<std::int64_t>(text), number) << "text: <" << text << ">";
     }
 }
 
@@ -102,7 +102,7 @@ TEST(ReadNumber, NarrowFieldKeepsTheLowBits)
     };
     for (const auto& [text, number] : kRowsBeyond)
     {
-        EXPECT_EQ(number, Read<std::int32_t>(text)) << "text: <" << text << ">";
+        EXPECT_EQ(Read<std::int32_t>(text), number) << "text: <" << text << ">";
     }
 }
 
@@ -118,8 +118,8 @@ TEST(ReadNumber, WideFieldKeepsTheLowBits)
     };
     for (const auto& [text, number] : kRowsBeyond)
     {
-        EXPECT_EQ(number, Read<std::int64_t>(text)) << "text: <" << text << ">";
-        EXPECT_EQ(static_cast<std::int32_t>(number), Read<std::int32_t>(text))
+        EXPECT_EQ(Read<std::int64_t>(text), number) << "text: <" << text << ">";
+        EXPECT_EQ(Read<std::int32_t>(text), static_cast<std::int32_t>(number))
             << "text: <" << text << ">";
     }
 }
