@@ -23,7 +23,7 @@ void ImportWithPath(const wchar_t* name)
     std::string path = BuiltProgram(L"quillet.exe").string();
     Replace(path, "\\", R"(\\)");
     Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
-    // Wine 8 looks for schemes among the machine's classes only, Windows among the user's as well.
+    // Wine looks for schemes among the machine's classes only, Windows among the user's as well.
     if (RunsUnderWine())
     {
         Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");

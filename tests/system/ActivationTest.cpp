@@ -75,7 +75,7 @@ TEST(Activation, ACoveredTargetComesToTheFront)
     ASSERT_TRUE(WaitUntilInFront(cover));
     ASSERT_TRUE(IsAbove(cover.Window(), target.Window()));
     EXPECT_TRUE(ComesToFront(target));
-    // Windows raises the foreground window. Wine 8 leaves the order of windows that are on screen
+    // Windows raises the foreground window. Wine leaves the order of windows that are on screen
     // already to the window manager, which is not asked.
     EXPECT_NE(IsAbove(target.Window(), cover.Window()), RunsUnderWine());
 }

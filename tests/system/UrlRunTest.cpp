@@ -291,7 +291,7 @@ TEST_F(UrlRun, ATextThatEndsInsideAnEscapeEndsTheRunAbnormally)
 }
 
 /// A URL scheme that starts the built program, for as long as the object lives. It is registered
-/// for the whole machine: Windows also looks among the user's own classes, Wine 8 does not. On
+/// for the whole machine: Windows also looks among the user's own classes, Wine does not. On
 /// Windows that takes an administrator; an ordinary user's test is skipped.
 class RegisteredScheme
 {
