@@ -15,7 +15,7 @@ endif()
 # For the headers there, which complete the toolchain's own of the same name.
 target_include_directories(quillet_build_options SYSTEM INTERFACE ${PROJECT_SOURCE_DIR}/runtime)
 target_compile_options(quillet_build_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  ${QUILLET_WARNINGS}
   -fstack-protector-strong
   -ffunction-sections -fdata-sections
   # Two builds in two folders give the same bytes.

@@ -17,7 +17,7 @@ FILE_MARK = re.compile(r"^<!-- (file|lines of): (\S+) -->$")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`]+)`")
 HEADING = re.compile(r"^#+ +(.*?) *$")
-PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|fuzz|packaging|res|runtime|scripts|"
+PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|packaging|res|runtime|scripts|"
                   r"target|tests)/[\w./*-]*[\w/*-])")
 
 
