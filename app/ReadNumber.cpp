@@ -8,9 +8,9 @@ namespace
 // The platform library's own scan: a toolchain that brings another one of the same name along, with
 // other results for "0x" and for numbers beyond the field, still offers the platform's under this.
 #ifdef __MINGW32__
-constexpr auto Scan = &__ms_swscanf;
+constexpr auto kScan = &__ms_swscanf;
 #else
-constexpr auto Scan = &std::swscanf;
+constexpr auto kScan = &std::swscanf;
 #endif
 
 } // namespace
@@ -19,10 +19,10 @@ constexpr auto Scan = &std::swscanf;
 
 void ReadNumber(const wchar_t* text, std::int32_t& field) noexcept
 {
-    static_cast<void>(Scan(text, L"%i", &field));
+    static_cast<void>(kScan(text, L"%i", &field));
 }
 
 void ReadNumber(const wchar_t* text, std::int64_t& field) noexcept
 {
-    static_cast<void>(Scan(text, L"%Ii", &field));
+    static_cast<void>(kScan(text, L"%Ii", &field));
 }

@@ -40,8 +40,11 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int)
     const WNDCLASSW hostClass{0,       WindowProc, 0,       0,       instance,
                               nullptr, nullptr,    nullptr, nullptr, name};
     RegisterClassW(&hostClass);
-    CreateWindowW(name, name, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 480, 200, nullptr,
-                  nullptr, instance, nullptr);
+    if (CreateWindowW(name, name, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 480, 200, nullptr,
+                      nullptr, instance, nullptr) == nullptr)
+    {
+        return 1;
+    }
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0)
     {

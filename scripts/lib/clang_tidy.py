@@ -46,7 +46,7 @@ def clang_arguments(command):
     compiler = next(word for word in words if "++" in pathlib.Path(word).name)
     kept = []
     for word in words:
-        if word in ("-o", "-MF", "-MT"):
+        if word in ("-o", "-MF", "-MT", "-include"):
             next(words)
         elif word in ("-isystem", "-I"):
             kept += [word, next(words)]

@@ -1,6 +1,7 @@
 """Small deliberate defects of C++ sources, found among their tokens.
 
-It relies on the house's format (.clang-format): blanks stand around a comparison or an addition and not around a
+No package of Debian's makes mutants of C++, and tools that work on the compiler's own representation need clang's; the
+product is built with g++. It relies on the house's format (.clang-format): blanks stand around a comparison or an addition and not around a
 template's brackets or a sign, and every controlled statement has braces.
 """
 

@@ -29,7 +29,7 @@ protected:
     const Calls m_searched = {"LoadIconW(128)", "CreateDialogParamW(102, NULL)",
                               "ShowWindow(NULL, SW_SHOW)", "FindWindowW(\"Host\", NULL)"};
     const Calls m_notified = {"SendNotifyMessageW(target, 0x400, 0, 0)"};
-    const Calls m_sent = {"SendMessageW(target, WM_COPYDATA, NULL, dwData 0, 2 bytes: 61 0)"};
+    const Calls m_sent = {"SendMessageW(target, WM_COPYDATA, NULL, dwData 0, 2 bytes: 61 00)"};
     const Calls m_waited = {"GetMessageW()"};
 };
 

@@ -1,7 +1,9 @@
 // The conversion of two bytes of a URL to one unit.
 #include "tests/scripted/Recording.h"
+#include "tests/support/BytesAsText.h"
 
 #include <cstdint>
+#include <span>
 
 // Without a script, for the test program's own purposes, the real one.
 int WINAPI FakeMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byteCount,
@@ -12,13 +14,9 @@ int WINAPI FakeMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int 
             ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "MultiByteToWideChar")));
     if (ScriptedPlatform::Current() != nullptr)
     {
-        std::ostringstream source;
-        source << byteCount << " bytes:" << std::hex;
-        for (int i = 0; i < byteCount; ++i)
-        {
-            source << ' ' << static_cast<unsigned>(static_cast<std::uint8_t>(bytes[i]));
-        }
-        Record("MultiByteToWideChar", std::int64_t{codePage}, std::int64_t{flags}, source.str(),
+        const auto source = std::as_bytes(std::span(bytes, static_cast<std::size_t>(byteCount)));
+        Record("MultiByteToWideChar", std::int64_t{codePage}, std::int64_t{flags},
+               std::to_string(byteCount) + " bytes: " + BytesAsText(source),
                "room for " + std::to_string(unitCount));
         if (!Platform().bytePairsConvert)
         {

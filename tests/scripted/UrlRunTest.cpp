@@ -35,7 +35,7 @@ protected:
 TEST_F(UrlRun, ZeroEndsAConvertedText)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%00b"), kResultAccepted);
-    EXPECT_TRUE(m_platform.Made(m_found + CopyDataSent("6 bytes: 61 0 0 0 62 0")));
+    EXPECT_TRUE(m_platform.Made(m_found + CopyDataSent("6 bytes: 61 00 00 00 62 00")));
     for (const wchar_t* encoding : {L"UTF-8", L"utf8", L"ANSI"})
     {
         m_platform.ForgetCalls();
@@ -54,7 +54,7 @@ TEST_F(UrlRun, TextOfNothingButAZeroIsStillATextToSend)
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=%00&copydataencoding=UTF-8"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found +
                                 Calls{"WideCharToMultiByte(65001, 0, 1 units, inline store, 4)"} +
-                                CopyDataSent("0 bytes:")));
+                                CopyDataSent("0 bytes: ")));
 }
 
 TEST_F(UrlRun, ZeroEndsClassAndText)
@@ -84,8 +84,8 @@ TEST_F(UrlRun, TwoBytesAreConvertedWithTheirTerminator)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=%c3%a4"), kResultAccepted);
     EXPECT_TRUE(
-        m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: c3 a4 0, room for 2)"} +
-                        m_found + CopyDataSent("2 bytes: e4 0")));
+        m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: C3 A4 00, room for 2)"} +
+                        m_found + CopyDataSent("2 bytes: E4 00")));
 }
 
 TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
@@ -93,8 +93,8 @@ TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
     m_platform.bytePairsConvert = false;
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%c3%a4b"), kResultAccepted);
     EXPECT_TRUE(
-        m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: c3 a4 0, room for 2)"} +
-                        m_found + CopyDataSent("6 bytes: 61 0 0 0 62 0")));
+        m_platform.Made(Calls{"MultiByteToWideChar(65001, 0, 3 bytes: C3 A4 00, room for 2)"} +
+                        m_found + CopyDataSent("6 bytes: 61 00 00 00 62 00")));
 }
 
 TEST_F(UrlRun, EscapesThatStandAloneAreNotConverted)

@@ -36,8 +36,8 @@ bool WaitForInput(HWND dialog)
 {
     const HWND button = ButtonOf(dialog);
     const bool pushed = ActInFront(
-        dialog, [button] { PressMouseAt(CentreOf(button)); },
-        [button] { return IsPushed(button); });
+        dialog, [button] { PressMouseAt(CentreOf(button)); }, [button] { return IsPushed(button); },
+        kCapturePatience);
     ReleaseMouseAt({0, 0});
     return pushed && WaitUntil([button] { return !IsPushed(button); });
 }

@@ -49,18 +49,18 @@ bool ActInFront(HWND window, const std::function<void()>& act)
 }
 
 bool ActInFront(HWND window, const std::function<void()>& act,
-                const std::function<bool()>& hasEffect)
+                const std::function<bool()>& hasEffect, std::chrono::milliseconds patience)
 {
     const auto isInFront = [window] { return ::GetForegroundWindow() == window; };
     const auto end = std::chrono::steady_clock::now() + kWaitLimit;
     while (std::chrono::steady_clock::now() < end && WaitForForeground(window))
     {
         act();
-        const bool told = WaitUntil([&] { return hasEffect() || !isInFront(); });
+        WaitUntil([&] { return hasEffect() || !isInFront(); }, patience);
         // The effect itself may have taken the foreground away.
-        if (!told || hasEffect())
+        if (hasEffect())
         {
-            return told;
+            return true;
         }
     }
     return false;

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "tests/support/Waiting.h"
+
 #include <functional>
 
 /// Keys and mouse as a user works them: through the platform's input queue, to whichever window has
@@ -16,9 +18,16 @@ bool WaitForForeground(HWND window);
 /// foreground meanwhile. False when it does not get there.
 bool ActInFront(HWND window, const std::function<void()>& act);
 
-/// The same, and waits for the effect. Input that arrives and has none is not repeated: false.
+/// After that time without an effect, a menu that should open or a button that should be held down
+/// has been taken away: when the window manager moves the focus, the platform ends both and leaves
+/// no trace. Keys are not lost then.
+inline constexpr std::chrono::seconds kCapturePatience{3};
+
+/// The same, and waits for the effect; done again after `patience` without one as well. As it is,
+/// input that arrives and has no effect is not repeated. False when there is none by kWaitLimit.
 bool ActInFront(HWND window, const std::function<void()>& act,
-                const std::function<bool()>& hasEffect);
+                const std::function<bool()>& hasEffect,
+                std::chrono::milliseconds patience = kWaitLimit);
 
 /// One key, pressed and released, with `modifier` (VK_MENU, VK_SHIFT …) held down if it is not 0.
 void PressKey(WORD key, WORD modifier = 0);

@@ -25,7 +25,7 @@ class RepeatPrinter : public testing::EmptyTestEventListener
         }
     }
 
-    void OnTestProgramEnd(const testing::UnitTest& run) override
+    void OnTestIterationEnd(const testing::UnitTest& run, int) override
     {
         for (const std::string& test : m_failed)
         {
@@ -34,11 +34,13 @@ class RepeatPrinter : public testing::EmptyTestEventListener
                         test.c_str(), static_cast<unsigned long>(RandomSeed()), Program().c_str(),
                         test.c_str());
         }
+        randomSeed = NewRandomSeed();
         if (!m_failed.empty() && GTEST_FLAG_GET(shuffle))
         {
             std::printf("They ran in the order of --gtest_shuffle --gtest_random_seed=%d\n",
                         run.random_seed());
         }
+        m_failed.clear();
     }
 
     /// As it is called in the repository's folder: build/PRESET/NAME.exe.

@@ -20,10 +20,11 @@ protected:
         const bool shown = WaitUntil([&] { return ::IsWindowVisible(Box()) != FALSE; });
         return shown && WaitForPostedMessages(Box()) ? Box() : nullptr;
     }
-    /// Works keys until they have opened the box.
+    /// Works keys, by way of the menu, until they have opened the box.
     HWND OpenBoxBy(const std::function<void()>& act) const
     {
-        const bool opened = ActInFront(dialog, act, [this] { return Box() != nullptr; });
+        const bool opened =
+            ActInFront(dialog, act, [this] { return Box() != nullptr; }, kCapturePatience);
         return opened ? WaitForBox() : nullptr;
     }
     HWND OpenBox() const

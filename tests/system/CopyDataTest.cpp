@@ -1,6 +1,7 @@
 // The delivery by WM_COPYDATA, seen by hosts that check what arrives and behave in every way a host
 // can.
 #include "app/ResultCode.h"
+#include "tests/support/BytesAsText.h"
 #include "tests/support/HostProcess.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
@@ -8,25 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <limits>
 #include <string>
 
 namespace
 {
-
-/// Bytes as two-digit numbers with a blank after each, so that a failure shows what arrived.
-std::string Hex(const std::vector<std::byte>& bytes)
-{
-    std::string text;
-    for (const std::byte byte : bytes)
-    {
-        char digits[4];
-        std::snprintf(digits, sizeof(digits), "%02X ", std::to_integer<unsigned>(byte));
-        text += digits;
-    }
-    return text;
-}
 
 /// The switch that names an encoding; without a name there is none.
 std::wstring EncodingSwitch(std::wstring_view name)
@@ -47,7 +34,7 @@ std::string Arriving(std::wstring_view text, std::wstring_view encoding)
     EXPECT_EQ(RunQuillet(Send(host, text) + EncodingSwitch(encoding)), kResultAccepted);
     const auto received = host.Received();
     EXPECT_EQ(received.size(), 1u);
-    return received.empty() ? "nothing" : Hex(received[0].bytes);
+    return received.empty() ? "nothing" : BytesAsText(received[0].bytes);
 }
 
 /// The wait dialog that a copy-data message names.
@@ -83,9 +70,9 @@ protected:
 TEST_F(CopyDataEncoding, EncodingNamesAreComparedWholeAndInAnyCase)
 {
     constexpr auto kText = L"a\u00E4\u20AC";
-    constexpr auto kUtf16 = "61 00 E4 00 AC 20 ";
-    constexpr auto kUtf8 = "61 C3 A4 E2 82 AC ";
-    constexpr auto kAnsi = "61 E4 80 ";
+    constexpr auto kUtf16 = "61 00 E4 00 AC 20";
+    constexpr auto kUtf8 = "61 C3 A4 E2 82 AC";
+    constexpr auto kAnsi = "61 E4 80";
     constexpr struct
     {
         const wchar_t* name;
@@ -127,7 +114,7 @@ TEST(CopyData, AnExplicitlyEmptyEncodingNameSendsUtf16)
     const ScriptedHost host(UniqueHost());
     EXPECT_EQ(RunQuillet(Send(host, L"\u00E4") + L" -copydataencoding=\"\""), kResultAccepted);
     ASSERT_EQ(host.Received().size(), 1u);
-    EXPECT_EQ(Hex(host.Received()[0].bytes), "E4 00 ");
+    EXPECT_EQ(BytesAsText(host.Received()[0].bytes), "E4 00");
 }
 
 TEST_F(CopyDataEncoding, TextsArriveByteForByte)
@@ -139,23 +126,23 @@ TEST_F(CopyDataEncoding, TextsArriveByteForByte)
         const char* utf8;
         const char* ansi;
     } kRows[] = {
-        {L"abc", "61 00 62 00 63 00 ", "61 62 63 ", "61 62 63 "},
-        {L" a b ", "20 00 61 00 20 00 62 00 20 00 ", "20 61 20 62 20 ", "20 61 20 62 20 "},
-        {L"\u00E4", "E4 00 ", "C3 A4 ", "E4 "},
-        {L"\u20AC", "AC 20 ", "E2 82 AC ", "80 "},
+        {L"abc", "61 00 62 00 63 00", "61 62 63", "61 62 63"},
+        {L" a b ", "20 00 61 00 20 00 62 00 20 00", "20 61 20 62 20", "20 61 20 62 20"},
+        {L"\u00E4", "E4 00", "C3 A4", "E4"},
+        {L"\u20AC", "AC 20", "E2 82 AC", "80"},
         // Outside the code page: the system's default character.
-        {L"\u0416", "16 04 ", "D0 96 ", "3F "},
-        {L"\u4E2D", "2D 4E ", "E4 B8 AD ", "3F "},
+        {L"\u0416", "16 04", "D0 96", "3F"},
+        {L"\u4E2D", "2D 4E", "E4 B8 AD", "3F"},
         // Outside, but with a near relative that the platform chooses.
-        {L"\u0100", "00 01 ", "C4 80 ", "41 "},
+        {L"\u0100", "00 01", "C4 80", "41"},
         // A surrogate pair is one character in UTF-8 and two units that ANSI lacks.
-        {L"\xD83D\xDE00", "3D D8 00 DE ", "F0 9F 98 80 ", "3F 3F "},
+        {L"\xD83D\xDE00", "3D D8 00 DE", "F0 9F 98 80", "3F 3F"},
         // A lone surrogate stands for no character: UTF-8 gets the replacement character.
-        {L"a\xD83Dz", "61 00 3D D8 7A 00 ", "61 EF BF BD 7A ", "61 3F 7A "},
-        {L"\xDE00", "00 DE ", "EF BF BD ", "3F "},
-        {L"\xDE00\xD83D", "00 DE 3D D8 ", "EF BF BD EF BF BD ", "3F 3F "},
+        {L"a\xD83Dz", "61 00 3D D8 7A 00", "61 EF BF BD 7A", "61 3F 7A"},
+        {L"\xDE00", "00 DE", "EF BF BD", "3F"},
+        {L"\xDE00\xD83D", "00 DE 3D D8", "EF BF BD EF BF BD", "3F 3F"},
         // A non-character is a code point like any other.
-        {L"\xFFFF", "FF FF ", "EF BF BF ", "3F "},
+        {L"\xFFFF", "FF FF", "EF BF BF", "3F"},
     };
     for (const auto& [text, utf16, utf8, ansi] : kRows)
     {
@@ -174,9 +161,9 @@ TEST_F(CopyDataEncoding, TextsOfEveryLengthArriveWhole)
         const char* utf16;
         const char* utf8;
         const char* ansi;
-    } kUnits[] = {{L'a', "61 00 ", "61 ", "61 "},
-                  {L'\u00E4', "E4 00 ", "C3 A4 ", "E4 "},
-                  {L'\u20AC', "AC 20 ", "E2 82 AC ", "80 "}};
+    } kUnits[] = {{L'a', "61 00", "61", "61"},
+                  {L'\u00E4', "E4 00", "C3 A4", "E4"},
+                  {L'\u20AC', "AC 20", "E2 82 AC", "80"}};
 
     for (const size_t length : {1u, 31u, 32u, 33u, 16'000u, 32'000u})
     {
@@ -187,10 +174,11 @@ TEST_F(CopyDataEncoding, TextsOfEveryLengthArriveWhole)
         for (size_t i = 0; i < length; ++i)
         {
             const auto& unit = kUnits[i % std::size(kUnits)];
+            const std::string gap = i == 0 ? "" : " ";
             text += unit.unit;
-            utf16 += unit.utf16;
-            utf8 += unit.utf8;
-            ansi += unit.ansi;
+            utf16 += gap + unit.utf16;
+            utf8 += gap + unit.utf8;
+            ansi += gap + unit.ansi;
         }
         // Not EXPECT_EQ: a failure would print pages.
         EXPECT_TRUE(Arriving(text, L"") == utf16) << length;
@@ -234,7 +222,7 @@ TEST(CopyData, MessageOffsetAndLParamHaveNoEffect)
     ASSERT_EQ(received.size(), 1u);
     EXPECT_EQ(received[0].message, UINT{WM_COPYDATA});
     EXPECT_EQ(received[0].data, 0u);
-    EXPECT_EQ(Hex(received[0].bytes), "61 00 62 00 63 00 ");
+    EXPECT_EQ(BytesAsText(received[0].bytes), "61 00 62 00 63 00");
 }
 
 TEST(CopyData, AnExplicitlyEmptyTextSendsTheNotificationInstead)
