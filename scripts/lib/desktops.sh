@@ -6,15 +6,21 @@ desktop_count=$(($(nproc) + 1))
 
 # Runs the tests of a preset: test_on_desktops PRESET [CTEST-ARGUMENT…]. What they print comes afterwards, desktop by
 # desktop. How each test that failed can be repeated is then in the file build/PRESET/desktops/repeat.txt.
+# Programs of GoogleTest share their tests by the environment; what is labelled `once` has a desktop for itself.
 test_on_desktops()
 {
   local folder=build/$1/desktops
   rm -rf "$folder"
   local shard processes=()
   for ((shard = 0; shard < desktop_count; ++shard)); do
-    test_on_one_desktop "$shard" "$@" &
+    GTEST_TOTAL_SHARDS=$desktop_count GTEST_SHARD_INDEX=$shard \
+      test_on_one_desktop "$folder/$shard" "$@" --label-exclude '^once$' --no-tests=error &
     processes+=($!)
   done
+  if (($# == 1)); then
+    test_on_one_desktop "$folder/once" "$1" --label-regex '^once$' --no-tests=ignore &
+    processes+=($!)
+  fi
   local process result=0
   for process in "${processes[@]}"; do
     wait "$process" || result=1
@@ -24,18 +30,15 @@ test_on_desktops()
   return "$result"
 }
 
-# The share of one desktop. Programs of GoogleTest share their tests by the environment; what is labelled `once` is for
-# the first desktop. Each run of ctest writes its notes into a folder of its own.
+# Each run of ctest writes its notes into a folder of its own: test_on_one_desktop FOLDER PRESET CTEST-ARGUMENT…
 test_on_one_desktop()
 {
-  local shard=$1 preset=$2 once=()
-  local folder=build/$preset/desktops/$shard
+  local folder=$1 preset=$2
   shift 2
-  ((shard == 0)) || once=(--label-exclude '^once$')
   mkdir -p "$folder"
   echo "subdirs(\"$PWD/build/$preset\")" >"$folder/CTestTestfile.cmake"
-  GTEST_TOTAL_SHARDS=$desktop_count GTEST_SHARD_INDEX=$shard GTEST_BRIEF=1 ./scripts/desktop \
-    ctest --test-dir "$folder" --output-on-failure --no-tests=error "${once[@]}" "$@" >"$folder/output.txt" 2>&1
+  GTEST_BRIEF=1 ./scripts/desktop ctest --test-dir "$folder" --output-on-failure "$@" \
+    >"$folder/output.txt" 2>&1
 }
 
 # What failed, from ctest's notes, and each test of GoogleTest in it.
