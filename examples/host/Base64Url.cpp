@@ -35,7 +35,7 @@ std::optional<std::wstring> DecodeBase64Url(std::wstring_view encoded)
             bits &= (1u << pending) - 1;
         }
     }
-    // A digit that completes no byte, or bits behind the last byte that are not zero.
+    // A digit that completes no byte, or bits after the last byte that are not zero.
     if (pending == kBitsPerDigit || bits != 0)
     {
         return std::nullopt;

@@ -108,7 +108,7 @@ class Source:
             index = self.partner[index] if self.said(index) in BRACKETS and self.partner[index] > index else index + 1
 
     def conditions(self):
-        """Of if, while and for, and what stands before the question mark: pairs of first and behind."""
+        """Of if, while and for, and what stands before the question mark: pairs of its first token and the one after it."""
         for index, token in enumerate(self.tokens):
             if token.text in ("if", "while") and self.said(index + 1) == "(":
                 yield index + 2, self.partner[index + 1]
@@ -171,7 +171,7 @@ class Source:
                     yield index + 1, end, header
 
     def header_of(self, body):
-        """The return type of the function with this body, a "*" behind a pointer's; None for a block in a function."""
+        """The return type of the function with this body, a "*" after a pointer's; None for a block in a function."""
         first = body
         while first > 0 and self.said(first - 1) not in (";", "{", "}") and not (
                 self.said(first - 1) == ":" and self.said(first - 2) in ("public", "protected", "private")):
@@ -211,11 +211,11 @@ def turned_conditions(source):
         assigned = next((i for i in inside if source.said(i) == "="), None)
         if assigned is None and source.said(end - 1) == "}":
             assigned = source.partner[end - 1]
-        start, behind = source.tokens[first].start, source.tokens[end - 1].end
+        start, after = source.tokens[first].start, source.tokens[end - 1].end
         if assigned:
-            yield "condition", behind, behind, f"; !{source.said(assigned - 1)}"
+            yield "condition", after, after, f"; !{source.said(assigned - 1)}"
         elif not source.is_one_test(first, end):
-            yield "condition", start, behind, f"!({source.text[start:behind]})"
+            yield "condition", start, after, f"!({source.text[start:after]})"
 
 
 def dropped_statements(source):
@@ -225,16 +225,16 @@ def dropped_statements(source):
 
 def changed_returns(source):
     for first, end, kind in source.returns():
-        start, behind = source.tokens[first].start, source.tokens[end - 1].end
-        value = source.text[start:behind]
+        start, after = source.tokens[first].start, source.tokens[end - 1].end
+        value = source.text[start:after]
         if value in ("true", "false", "TRUE", "FALSE", "nullptr") or INTEGER.fullmatch(value.lstrip("-")):
             continue
         if kind in TRUTHS and not source.is_one_test(first, end):
-            yield "return", start, behind, f"!({value})"
+            yield "return", start, after, f"!({value})"
         elif kind in NUMBERS:
-            yield "return", start, behind, f"({value}) + 1"
+            yield "return", start, after, f"({value}) + 1"
         elif kind in HANDLES or kind.endswith("*"):
-            yield "return", start, behind, "nullptr"
+            yield "return", start, after, "nullptr"
 
 
 def mutants_of(text):

@@ -137,7 +137,7 @@ TEST(Base64Url, IsDecodedStrictly)
     for (const wchar_t* text : {
              L"Z",      // completes no byte
              L"Zm9vZ",  //
-             L"Zh",     // not canonical: bits behind the last byte
+             L"Zh",     // not canonical: bits after the last byte
              L"Zg==",   // padded
              L"Pz8/",   // the digits of plain base64
              L"Zm 9v",  //

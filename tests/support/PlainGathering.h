@@ -66,7 +66,7 @@ void ReadNumber(const std::wstring& text, Number& field)
         ++i;
     }
     int base = 10;
-    // A zero is a digit by itself; with an "x" behind it, it is none, and digits have to follow.
+    // A zero is a digit by itself; with an "x" after it, it is none, and digits have to follow.
     bool hasDigits = UnitAt(text, i) == L'0';
     if (hasDigits)
     {
