@@ -190,8 +190,10 @@ void Register(const std::string& subject, const Contender& contender,
             }
         }
     };
-    benchmark::RegisterBenchmark(Name(subject, contender.name).c_str(), run)
-        ->Unit(benchmark::kNanosecond);
+    // Older releases of the library take a null-terminated text, newer ones a string.
+    const std::string name = Name(subject, contender.name);
+    const char* const title = name.c_str();
+    benchmark::RegisterBenchmark(title, run)->Unit(benchmark::kNanosecond);
 }
 
 /// A comparison is fair only when all find the same windows.
