@@ -24,7 +24,10 @@ INSERT INTO `Registry` (`Registry`, `Root`, `Key`, `Name`, `Value`, `Component_`
 INSERT INTO `AppSearch` (`Property`, `Signature_`) VALUES ('TAKENSCHEME', 'TakenScheme')
 INSERT INTO `RegLocator` (`Signature_`, `Root`, `Key`, `Name`, `Type`) VALUES ('TakenScheme', 2, 'SOFTWARE\Classes\[URLSCHEME]', '', 18)
 
--- wixl puts actions of its own behind the end of this sequence, and a flag for scripts on those that only set a property.
+-- Where wixl puts actions that only set a property differs from release to release (after the end of the one sequence, after
+-- the launch conditions in the other), and it gives them a flag for scripts.
 UPDATE `InstallUISequence` SET `Sequence` = 51 WHERE `Action` = 'RecallDir'
 UPDATE `InstallUISequence` SET `Sequence` = 52 WHERE `Action` = 'RecallScheme'
+UPDATE `InstallExecuteSequence` SET `Sequence` = 51 WHERE `Action` = 'RecallDir'
+UPDATE `InstallExecuteSequence` SET `Sequence` = 52 WHERE `Action` = 'RecallScheme'
 UPDATE `CustomAction` SET `Type` = 51

@@ -38,9 +38,14 @@ class WineCase(WithFolder):
         return (self.folder / "output.txt").read_bytes().decode("cp850")  # a German console's
 
     def msiexec(self, action, msi, *properties):
-        """As the handbook rolls it out: silently, with a log."""
+        """As the handbook rolls it out: silently, with a log; each property as NAME=value, which stands quoted in the line."""
         log, msi = ("Z:" + str(path).replace("/", "\\") for path in (self.folder / "msi.log", msi))
-        return self.wine("msiexec", action, msi, "/qn", "/norestart", "/l*v", log, *properties)
+        words = [action, f'"{msi}"', "/qn", "/norestart", "/l*v", f'"{log}"']
+        words += ['{}="{}"'.format(*item.split("=", 1)) for item in properties]
+        # In a batch file, because only there the line is what it is: Wine puts quotes around whole arguments of its own.
+        line = "@msiexec " + " ".join(words).replace("%", "%%")
+        (self.folder / "install.cmd").write_bytes((line + "\r\n").encode("cp850"))
+        return self.wine("cmd", "/c", "install.cmd", folder=self.folder)
 
     def log(self):
         content = (self.folder / "msi.log").read_bytes()
