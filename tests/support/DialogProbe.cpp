@@ -37,9 +37,24 @@ bool WaitForInput(HWND dialog)
     const HWND button = ButtonOf(dialog);
     const bool pushed = ActInFront(
         dialog, [button] { PressMouseAt(CentreOf(button)); }, [button] { return IsPushed(button); },
-        kCapturePatience);
+        kHoldPatience);
     ReleaseMouseAt({0, 0});
     return pushed && WaitUntil([button] { return !IsPushed(button); });
+}
+
+bool OpenSystemMenu(HWND dialog)
+{
+    return ActInFront(
+        dialog, [dialog] { ::PostMessageW(dialog, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE); },
+        [dialog] { return IsInMenuMode(dialog); }, kHoldPatience);
+}
+
+bool IsInMenuMode(HWND dialog)
+{
+    GUITHREADINFO information{};
+    information.cbSize = sizeof(information);
+    ::GetGUIThreadInfo(::GetWindowThreadProcessId(dialog, nullptr), &information);
+    return (information.flags & GUI_INMENUMODE) != 0;
 }
 
 bool IsWaiting(const QuilletRun& run, HWND dialog)

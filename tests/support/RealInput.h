@@ -18,10 +18,11 @@ bool WaitForForeground(HWND window);
 /// foreground meanwhile. False when it does not get there.
 bool ActInFront(HWND window, const std::function<void()>& act);
 
-/// After that time without an effect, a menu that should open or a button that should be held down
-/// has been taken away: when the window manager moves the focus, the platform ends both and leaves
-/// no trace. Keys are not lost then.
-inline constexpr std::chrono::seconds kCapturePatience{3};
+/// After that time without an effect, a button that should be held down, by the mouse or as the
+/// modifier of a key, has been let go: when the window manager gives a window the focus, Wine ends
+/// what has captured the mouse, and takes over from the display which keys are down, which knows
+/// nothing of those that a test holds. A key without a modifier is not lost.
+inline constexpr std::chrono::seconds kHoldPatience{3};
 
 /// The same, and waits for the effect; done again after `patience` without one as well. As it is,
 /// input that arrives and has no effect is not repeated. False when there is none by kWaitLimit.

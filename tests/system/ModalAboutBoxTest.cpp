@@ -20,6 +20,13 @@ RECT RectOf(HWND window)
     return rect;
 }
 
+/// Compares twice the centres; an odd extent leaves one pixel.
+bool IsCentred(const RECT& box, const RECT& owner)
+{
+    return std::abs((owner.left + owner.right) - (box.left + box.right)) <= 1 &&
+           std::abs((owner.top + owner.bottom) - (box.top + box.bottom)) <= 1;
+}
+
 class ModalAboutBox : public ::testing::Test
 {
 protected:
@@ -122,13 +129,12 @@ TEST_F(ModalAboutBox, AppearsOverTheDialogsCentre)
     const POINT place{320, 280};
     ::SetWindowPos(dialog, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     ASSERT_TRUE(WaitForPostedMessages(dialog));
-    const RECT owner = RectOf(dialog);
+    const RECT before = RectOf(dialog);
     AskForBox();
     ASSERT_TRUE(WaitForBoxes(1));
+    // Where the window manager put the dialog at first can arrive late, and move it meanwhile.
     const RECT box = RectOf(Boxes().front());
-    // Twice the centre; an odd extent leaves one pixel.
-    EXPECT_LE(std::abs((owner.left + owner.right) - (box.left + box.right)), 1);
-    EXPECT_LE(std::abs((owner.top + owner.bottom) - (box.top + box.bottom)), 1);
+    EXPECT_TRUE(IsCentred(box, before) || IsCentred(box, RectOf(dialog)));
 }
 
 // The dialog itself appears in the screen's corner, and is narrower than the box.
