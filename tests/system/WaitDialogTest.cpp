@@ -219,7 +219,7 @@ TEST_F(WaitDialog, AnswerEndsAMinimisedDialog)
 TEST_F(WaitDialog, CanBeMoved)
 {
     constexpr POINT kPlace{20, 30};
-    EXPECT_TRUE(WaitUntil([this] {
+    EXPECT_TRUE(WaitUntil([&] {
         ::SetWindowPos(dialog, nullptr, kPlace.x, kPlace.y, 0, 0,
                        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
         RECT area{};
