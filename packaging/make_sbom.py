@@ -14,7 +14,7 @@ import linked_libraries
 from make_notices import OWNER
 
 NAMES = uuid.UUID("5dd59b95-5d6c-4ee5-a04e-0b37e66e5f0b")
-SPECIFICATION = "1.6"
+CYCLONEDX = "1.6"
 
 
 def sha256(path):
@@ -62,7 +62,7 @@ def bill(folder, version, date, compiler_command, link_maps):
               for item in (main_program, *samples)}
     libraries = sorted(set().union(*linked.values()))
     return {
-        "bomFormat": "CycloneDX", "specVersion": SPECIFICATION, "version": 1,
+        "bomFormat": "CycloneDX", "specVersion": CYCLONEDX, "version": 1,
         "metadata": {"timestamp": f"{date}T00:00:00Z", "component": main_program},
         "components": [*samples, *map(library, libraries), compiler(compiler_command)],
         "dependencies": [{"ref": name, "dependsOn": [library(item)["bom-ref"] for item in items]}
