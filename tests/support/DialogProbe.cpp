@@ -44,9 +44,11 @@ bool WaitForInput(HWND dialog)
 
 bool OpenSystemMenu(HWND dialog)
 {
-    return ActInFront(
-        dialog, [dialog] { ::PostMessageW(dialog, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE); },
-        [dialog] { return IsInMenuMode(dialog); }, kHoldPatience);
+    // What is posted overtakes keys and mouse, which would then work the menu.
+    return WaitForInput(dialog) &&
+           ActInFront(
+               dialog, [dialog] { ::PostMessageW(dialog, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE); },
+               [dialog] { return IsInMenuMode(dialog); }, kHoldPatience);
 }
 
 bool IsInMenuMode(HWND dialog)

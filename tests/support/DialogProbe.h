@@ -13,9 +13,9 @@ bool WaitForPostedMessages(HWND dialog);
 /// Leaves the focus on the button.
 bool WaitForInput(HWND dialog);
 
-/// Opens the dialog's system menu by the command that Alt+Space gives, and waits until it is open;
-/// the keys themselves are not used, since Alt may be let go in between (see RealInput.h) and space
-/// alone presses the button. False when it does not open.
+/// Opens the dialog's system menu by the command that Alt+Space gives, after all input before, and
+/// waits until it is open; the keys themselves are not used, since Alt may be let go in between
+/// (see RealInput.h) and space alone presses the button. False when it does not open.
 bool OpenSystemMenu(HWND dialog);
 bool IsInMenuMode(HWND dialog);
 
