@@ -1,5 +1,5 @@
-// Every combination of dialog, target, search, delivery, outcome and source of the settings, as
-// real runs. What each must end with stands in one table.
+// Every combination of dialog, delivery and outcome with every way to name the target and every
+// source of the settings, as real runs. What each must end with stands in one table.
 #include "app/ResultCode.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
@@ -339,26 +339,25 @@ private:
     std::atomic<DWORD> m_process{0};
 };
 
-/// Every way to word a request with this row's dialog.
+/// Wordings of a request with this row's dialog: every way to name the target from every source.
+/// Search and activation alternate, so that each meets each of the others in every row, and all
+/// meet in some row.
 std::vector<Wording> Wordings(const Row& row)
 {
     constexpr std::array kYesNo{false, true};
+    int turn =
+        static_cast<int>(row.dialog) + static_cast<int>(row.delivery) + static_cast<int>(row.host);
     std::vector<Wording> wordings;
     for (const bool byClass : kYesNo)
     {
         for (const bool byText : kYesNo)
         {
-            for (const bool glob : kYesNo)
+            for (const auto& [switches, url] :
+                 {std::pair(true, false), {false, true}, {true, true}})
             {
-                for (const auto& [switches, url] :
-                     {std::pair(true, false), {false, true}, {true, true}})
-                {
-                    wordings.push_back({byClass, byText, glob, switches, url, false});
-                    if (row.dialog == Dialog::Shown)
-                    {
-                        wordings.push_back({byClass, byText, glob, switches, url, true});
-                    }
-                }
+                const bool activate = row.dialog == Dialog::Shown && (turn / 2) % 2 == 1;
+                wordings.push_back({byClass, byText, turn % 2 == 1, switches, url, activate});
+                ++turn;
             }
         }
     }
