@@ -4,6 +4,7 @@
 #include "tests/support/PlainUrl.h"
 
 #include <cstdint>
+#include <cwctype>
 #include <optional>
 #include <string>
 
@@ -58,8 +59,12 @@ inline std::wstring TrimValue(const std::wstring& text)
 template <typename Number>
 void ReadNumber(const std::wstring& text, Number& field)
 {
-    std::size_t i = text.find_first_not_of(L" \t\n\v\f\r");
-    i = i == text.npos ? text.size() : i;
+    std::size_t i = 0;
+    // What is white space is the platform's own word, and more than ASCII has: U+2029, for one.
+    while (std::iswspace(UnitAt(text, i)) != 0)
+    {
+        ++i;
+    }
     const bool isNegative = UnitAt(text, i) == L'-';
     if (isNegative || UnitAt(text, i) == L'+')
     {

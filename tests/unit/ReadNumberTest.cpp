@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cwctype>
+#include <string>
+
 namespace
 {
 
@@ -72,6 +75,17 @@ TEST(ReadNumber, FollowsTheScanRules)
     {
         EXPECT_EQ(Read<std::int32_t>(text), number) << "text: <" << text << ">";
         EXPECT_EQ(Read<std::int64_t>(text), number) << "text: <" << text << ">";
+    }
+}
+
+// More than ASCII has, and the same for the scan as for the platform's own question.
+TEST(ReadNumber, PassesOverWhatThePlatformCallsWhiteSpace)
+{
+    for (const wchar_t unit : {L'\u00A0', L'\u2029', L'\u3000', L'\u200B'})
+    {
+        const std::wstring text = unit + std::wstring(L"9");
+        EXPECT_EQ(Read<std::int32_t>(text.c_str()), std::iswspace(unit) != 0 ? 9 : kUnchanged)
+            << static_cast<int>(unit);
     }
 }
 
