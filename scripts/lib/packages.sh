@@ -13,9 +13,10 @@ packages_desktop=(
   libxrender1 libxcursor1 libxi6 libxrandr2 libxcomposite1 libxinerama1
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
-# Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples, and the benchmarks.
+# Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples and of the workflow, and the
+# benchmarks.
 packages_test=(
-  clang-19 libclang-rt-19-dev libbenchmark-dev
+  clang-19 libclang-rt-19-dev libbenchmark-dev python3-yaml
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
 # Making the packages: pages from documents, the MSI and a look into it, notices from copyright files, manifests.
