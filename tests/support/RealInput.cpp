@@ -77,14 +77,17 @@ void PressKey(WORD key, WORD modifier)
     ::SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
 
+// Events are of the device's buttons, whose meaning a left-handed user can have swapped.
 void PressMouseAt(POINT onScreen)
 {
-    SendMouseButton(MOUSEEVENTF_LEFTDOWN, onScreen);
+    const bool swapped = ::GetSystemMetrics(SM_SWAPBUTTON) != 0;
+    SendMouseButton(swapped ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN, onScreen);
 }
 
 void ReleaseMouseAt(POINT onScreen)
 {
-    SendMouseButton(MOUSEEVENTF_LEFTUP, onScreen);
+    const bool swapped = ::GetSystemMetrics(SM_SWAPBUTTON) != 0;
+    SendMouseButton(swapped ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP, onScreen);
 }
 
 void ClickAt(POINT onScreen)

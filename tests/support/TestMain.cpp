@@ -60,6 +60,8 @@ class RepeatPrinter : public testing::EmptyTestEventListener
 
 int wmain(int argc, wchar_t** argv)
 {
+    // As the program under test is: on a scaled screen, both see the same coordinates.
+    ::SetProcessDPIAware();
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::UnitTest::GetInstance()->listeners().Append(new RepeatPrinter);
     return RUN_ALL_TESTS();

@@ -1,6 +1,7 @@
 // Hosts that die or hang at the worst moment, and a process that is asked to end: the run always
 // ends, with the code that says what happened.
 #include "app/ResultCode.h"
+#include "tests/support/ExpectedDifference.h"
 #include "tests/support/HostProcess.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
@@ -83,6 +84,26 @@ TEST(Fault, NotificationToAHungHostDoesNotWait)
     const QuilletRun hanging(L" -nodlg -copydata=abc -kla=" + name);
     ASSERT_TRUE(host.WaitUntilReceived());
     EXPECT_EQ(RunQuillet(L" -nodlg -msg=5 -kla=" + name), kResultCancelled);
+    EXPECT_TRUE(hanging.IsRunning());
+}
+
+// Windows puts a window of its own, of the class Ghost, in the place of one that has not looked for
+// messages for some seconds; its text begins like the other's. Wine does not. The class finds the
+// host.
+TEST(Fault, AHostThatHangsForLongIsFoundByItsClass)
+{
+    const std::wstring name = UniqueName(L"FaultHost");
+    const HostProcess host(name, name, L"hang");
+    const QuilletRun hanging(L" -nodlg -copydata=abc -kla=" + name);
+    ASSERT_TRUE(host.WaitUntilReceived());
+    constexpr std::chrono::seconds kUntilReplaced{10};
+    const bool replaced =
+        !RunsUnderWine() &&
+        WaitUntil([] { return ::FindWindowW(L"Ghost", nullptr) != nullptr; }, kUntilReplaced);
+    ExpectsAsUnderWine("ghost-window", "there are none",
+                       replaced ? "one stood in for the host" : "none came within ten seconds");
+    EXPECT_EQ(RunQuillet(L" -nodlg -msg=5 -kla=" + name), kResultCancelled);
+    EXPECT_EQ(RunQuillet(L" -nodlg -msg=5 -seaglob -nam=* -kla=" + name), kResultCancelled);
     EXPECT_TRUE(hanging.IsRunning());
 }
 

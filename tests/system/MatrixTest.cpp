@@ -1,6 +1,7 @@
 // Every combination of dialog, delivery and outcome with every way to name the target and every
 // source of the settings, as real runs. What each must end with stands in one table.
 #include "app/ResultCode.h"
+#include "tests/support/ExpectedDifference.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
@@ -285,7 +286,7 @@ private:
         const HWND dialog = WaitForDialog(run);
         if (dialog == nullptr)
         {
-            return "there is no dialog to wait in";
+            return m_ownEnd ? "" : "there is no dialog to wait in";
         }
         if (m_row.host == Host::Answers)
         {
@@ -308,8 +309,10 @@ private:
         const auto isThere =
             m_row.after == After::EndsAfterOneMessage ? &::IsIconic : &::IsWindowVisible;
         const HWND dialog = run.WaitForDialog();
-        return dialog != nullptr && WaitUntil([&] { return isThere(dialog) != FALSE; }) ? dialog
-                                                                                        : nullptr;
+        const auto isThereOrOver = [&] {
+            return isThere(dialog) != FALSE || (m_ownEnd && !::IsWindow(dialog));
+        };
+        return dialog != nullptr && WaitUntil(isThereOrOver) ? dialog : nullptr;
     }
 
     std::string CheckMessages(const ScriptedHost& host) const
@@ -336,6 +339,9 @@ private:
 
     Row m_row;
     Wording m_wording;
+    /// Whether the run may end by itself: Windows' shell can post the minimised dialog its one
+    /// message.
+    bool m_ownEnd = m_row.after == After::EndsAfterOneMessage && !RunsUnderWine();
     std::atomic<DWORD> m_process{0};
 };
 
@@ -394,6 +400,12 @@ TEST_P(Matrix, EveryWordingEndsAsTheTableSays)
     std::erase_if(wordings,
                   [](const Wording& wording) { return !IsSensible(GetParam(), wording); });
     ASSERT_FALSE(wordings.empty());
+    if (GetParam().after == After::EndsAfterOneMessage)
+    {
+        ExpectsAsUnderWine("minimised-dialog",
+                           "gets the one message that ends the run from the test",
+                           "the shell may post it one, which ends the run at any moment");
+    }
 
     // Several at a time: the runs know nothing of each other.
     constexpr size_t kAtATime = 4;

@@ -1,7 +1,7 @@
 // The search by pattern over all top-level windows, seen by which window a real run finds.
 #include "app/ResultCode.h"
+#include "tests/support/ExpectedDifference.h"
 #include "tests/support/QuilletRun.h"
-#include "tests/support/RunsUnderWine.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
@@ -135,6 +135,18 @@ TEST(PatternSearch, ChildAndMessageOnlyWindowsAreNotSearched)
     }
 }
 
+/// The first of all top-level windows.
+HWND FirstListed()
+{
+    HWND first = nullptr;
+    const auto take = [](HWND window, LPARAM found) -> BOOL {
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+    };
+    ::EnumWindows(take, reinterpret_cast<LPARAM>(&first));
+    return first;
+}
+
 TEST(PatternSearch, AStarAloneTakesTheTopmostWindowEvenHiddenAndUntitled)
 {
     ScriptedHostOptions options{UniqueName(L"Host")};
@@ -142,6 +154,12 @@ TEST(PatternSearch, AStarAloneTakesTheTopmostWindowEvenHiddenAndUntitled)
     options.extendedStyle = WS_EX_TOPMOST;
     const ScriptedHost host(options);
     MoveToTop(host);
+    if (!ExpectsAsUnderWine("topmost-windows", "nothing is above a topmost window",
+                            "windows of the shell can be") &&
+        FirstListed() != host.Handle())
+    {
+        GTEST_SKIP() << "a window of somebody else is above all that a program can make";
+    }
     EXPECT_EQ(Search(L"*"), kFound);
     EXPECT_EQ(host.ReceivedSoFar().size(), 1u);
 }
@@ -265,10 +283,13 @@ TEST(PatternSearch, GoesByTheRealClassOfWindowsBuiltOnASystemClass)
     const std::wstring registered = UniqueName(L"OwnButton");
     const std::wstring title = UniqueName(L"Superclassed");
     const SuperclassedButton window(registered, title);
-    EXPECT_EQ(window.RealClass(), RunsUnderWine() ? registered : L"Button");
+    const bool sameClass =
+        ExpectsAsUnderWine("real-class", "the type of a window is its registered class",
+                           "it is the system class that it is built on");
+    EXPECT_EQ(window.RealClass(), sameClass ? registered : L"Button");
 
     EXPECT_EQ(Search(title, window.RealClass()), kFound);
-    EXPECT_EQ(Search(title, registered), RunsUnderWine() ? kFound : kNotFound);
+    EXPECT_EQ(Search(title, registered), sameClass ? kFound : kNotFound);
     EXPECT_EQ(RunQuillet(L" -nodlg -nam=" + title + L" -kla=" + registered), kFound);
 }
 

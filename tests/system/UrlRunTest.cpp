@@ -2,6 +2,7 @@
 // receives.
 #include "app/AbnormalEnd.h"
 #include "app/ResultCode.h"
+#include "tests/support/ExpectedDifference.h"
 #include "tests/support/LongTexts.h"
 #include "tests/support/OpenByShell.h"
 #include "tests/support/QuilletRun.h"
@@ -291,8 +292,8 @@ TEST_F(UrlRun, ATextThatEndsInsideAnEscapeEndsTheRunAbnormally)
 }
 
 /// A URL scheme that starts the built program, for as long as the object lives. It is registered
-/// for the whole machine: Windows also looks among the user's own classes, Wine does not. On
-/// Windows that takes an administrator; an ordinary user's test is skipped.
+/// for the user on Windows, which takes no administrator, and for the machine under Wine, which
+/// looks nowhere else.
 class RegisteredScheme
 {
 public:
@@ -302,20 +303,24 @@ public:
         m_registered = Set(m_name, L"", L"URL:" + m_name) && Set(m_name, L"URL Protocol", L"") &&
                        Set(m_name + L"\\shell\\open\\command", L"", command);
     }
-    ~RegisteredScheme() { ::RegDeleteTreeW(HKEY_CLASSES_ROOT, m_name.c_str()); }
+    ~RegisteredScheme() { ::RegDeleteTreeW(m_root, (m_classes + m_name).c_str()); }
     RegisteredScheme(const RegisteredScheme&) = delete;
     RegisteredScheme& operator=(const RegisteredScheme&) = delete;
 
     bool IsRegistered() const { return m_registered; }
 
 private:
-    static bool Set(const std::wstring& key, const wchar_t* name, const std::wstring& value)
+    bool Set(const std::wstring& key, const wchar_t* name, const std::wstring& value) const
     {
         const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-        return ::RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, value.c_str(),
+        return ::RegSetKeyValueW(m_root, (m_classes + key).c_str(), name, REG_SZ, value.c_str(),
                                  size) == ERROR_SUCCESS;
     }
 
+    const bool m_forMachine = ExpectsAsUnderWine(
+        "url-scheme", "found among the machine's classes only", "found among the user's classes");
+    const HKEY m_root = m_forMachine ? HKEY_CLASSES_ROOT : HKEY_CURRENT_USER;
+    const std::wstring m_classes = m_forMachine ? L"" : LR"(Software\Classes\)";
     std::wstring m_name;
     bool m_registered;
 };
