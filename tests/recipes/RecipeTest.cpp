@@ -15,12 +15,24 @@
 namespace
 {
 
+/// Writes UTF-8 as UTF-16 with its mark, the one form in which registry files can name any path.
+void WriteAsUtf16(const std::wstring& file, const std::string& utf8)
+{
+    std::wstring text(utf8.size() + 1, L'\xFEFF');
+    const int size = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()),
+                                           &text[1], static_cast<int>(utf8.size()));
+    std::ofstream(std::filesystem::path(file), std::ios::binary)
+        .write(reinterpret_cast<const char*>(text.data()),
+               (size + 1) * static_cast<std::streamsize>(sizeof(wchar_t)));
+}
+
 /// A registry file of the recipe, with the program's path as its user has to put it in, taken into
 /// the registry.
 void ImportWithPath(const wchar_t* name)
 {
     std::string content = ContentOf(RecipePath(name));
-    std::string path = BuiltProgram(L"quillet.exe").string();
+    const std::u8string utf8 = BuiltProgram(L"quillet.exe").u8string();
+    std::string path(utf8.begin(), utf8.end());
     Replace(path, "\\", R"(\\)");
     Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
     // Wine looks for schemes among the machine's classes only, Windows among the user's as well.
@@ -30,7 +42,7 @@ void ImportWithPath(const wchar_t* name)
         Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");
     }
     const std::wstring file = ScratchPath(L"import.reg");
-    std::ofstream(std::filesystem::path(file), std::ios::binary) << content;
+    WriteAsUtf16(file, content);
     const Outcome outcome = RunInCmd(L"reg import " + Quoted(file));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
 }
