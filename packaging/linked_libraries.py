@@ -13,6 +13,8 @@ from debian.copyright import Copyright
 # one of the C run-time library.
 SOURCES = {"libpthread": "mingw-w64-libraries/winpthreads/", "libwinpthread": "mingw-w64-libraries/winpthreads/"}
 C_RUNTIME = "mingw-w64-crt/"
+# A library that this build makes itself has no package's path in the map, but its sources have one.
+BUILT_HERE = {"libgtest": Path("/usr/src/googletest/googletest/CMakeLists.txt")}
 NOT_IN_LIBRARIES = ("tests_pthread/", "profile/")
 
 # The names that copyright files use, where SPDX has another one. What has no name in SPDX stays as it is.
@@ -42,11 +44,13 @@ class Library:
 
 
 def linked_files(link_map):
-    """The archives of which something is in the program, and the objects, as full paths without the project's own."""
+    """The archives of which something is in the program, and the objects: full paths, and the names of BUILT_HERE, but
+    nothing else of the project's own."""
     text = Path(link_map).read_text(encoding="utf-8", errors="replace")
-    members = re.findall(r"^(/\S+\.a)\(\S+\)$", text.partition("\nDiscarded input sections")[0], re.MULTILINE)
+    members = re.findall(r"^(\S+\.a)\(\S+\)$", text.partition("\nDiscarded input sections")[0], re.MULTILINE)
     objects = re.findall(r"^LOAD (/\S+\.o)$", text, re.MULTILINE)
-    return {Path(name).resolve() for name in members + objects}
+    return {Path(name).resolve() for name in members + objects if name.startswith("/")} | {
+        Path(name) for name in members if Path(name).stem in BUILT_HERE}
 
 
 def package_of(path):
@@ -83,6 +87,6 @@ def licences(library, package):
 def linked_libraries(link_maps):
     found = set()
     for path in sorted(set().union(*map(linked_files, link_maps))):
-        package = package_of(path)
+        package = package_of(BUILT_HERE.get(path.stem, path))
         found.add(Library(path.stem, package, licences(path.stem, package)))
     return sorted(found)

@@ -11,6 +11,8 @@ from pathlib import Path
 
 ROOT, PACKAGES, VERSION = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve(), sys.argv[3]
 NAME = f"Quillet-{VERSION}-x64"
+SELFTEST_NAME = f"Quillet-{VERSION}-selftest-x64"
+SELFTEST = PACKAGES / f"{SELFTEST_NAME}.zip"
 ZIP, MSI = PACKAGES / f"{NAME}.zip", PACKAGES / f"{NAME}.msi"
 
 sys.path.insert(0, str(ROOT / "packaging"))

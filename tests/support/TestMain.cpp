@@ -2,6 +2,7 @@
 // linked for a wide-character entry point, and the framework's must not be taken by accident.
 #include <windows.h>
 
+#include "tests/support/Journal.h"
 #include "tests/support/RandomSeed.h"
 
 #include <gtest/gtest.h>
@@ -64,5 +65,6 @@ int wmain(int argc, wchar_t** argv)
     ::SetProcessDPIAware();
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::UnitTest::GetInstance()->listeners().Append(new RepeatPrinter);
+    KeepJournal();
     return RUN_ALL_TESTS();
 }
