@@ -3,6 +3,7 @@
 
 - It parses, and its first line says that it has not been run.
 - Every path into this repository exists, scripts that it starts can be started, and every preset is one of its kind.
+- What it takes from the self-test kit is called so in packaging/ and tests/kit/.
 - What a job needs is a job, and what it downloads has been uploaded by one that it needs.
 - Actions are named with a version, and the workflow may read the repository and no more.
 
@@ -23,6 +24,7 @@ FIRST_LINE = "# Not yet run: "
 KINDS = {"cmake --preset": "configurePresets", "cmake --build --preset": "buildPresets", "ctest --preset": "testPresets"}
 PRESET = re.compile(r"(cmake --preset|cmake --build --preset|ctest --preset) (\S+)")
 BUILD = re.compile(r"\bbuild/([\w-]+)/")
+OF_KIT = re.compile(r"-selftest-x64|[\w-]+\.(?:cmd|txt)|(?<=selftest\.cmd\" )/\w+")
 ACTION = re.compile(r"[\w-]+/[\w-]+@v\d+")
 
 
@@ -57,6 +59,14 @@ def check_files(root, text, workflow):
             yield f"{line.split()[0]} cannot be started"
 
 
+def check_kit(root, text):
+    there = "".join(path.read_text(encoding="utf-8") for folder in ("packaging", "tests/kit")
+                    for path in sorted((root / folder).iterdir()) if path.is_file())
+    for name in sorted(set(OF_KIT.findall(text))):
+        if not re.search(rf"(?<![\w-]){re.escape(name)}\b", there):
+            yield f"the self-test kit has no {name}"
+
+
 def artifacts(job, action):
     return {step["with"]["name"] for step in job["steps"] if step.get("uses", "").startswith(f"actions/{action}-artifact@")}
 
@@ -88,7 +98,7 @@ def check(root):
         return [f"is no YAML: {error}"]
     faults = [] if text.startswith(FIRST_LINE) else [f"does not begin with '{FIRST_LINE}…'"]
     return [*faults, *check_presets(root, text, workflow), *check_files(root, text, workflow),
-            *check_jobs(workflow["jobs"]), *check_trust(workflow)]
+            *check_kit(root, text), *check_jobs(workflow["jobs"]), *check_trust(workflow)]
 
 
 def main(root):

@@ -29,7 +29,18 @@ jobs:
       - uses: actions/download-artifact@v7
         with:
           name: kit
+      - run: call "%%k\\selftest.cmd" /quiet
+      - uses: actions/upload-artifact@v6
+        with:
+          name: report
+          path: |
+            kit-selftest-x64/selftest-report.txt
+            kit-selftest-x64/*-output.txt
 """
+
+KIT = {"packaging/CMakeLists.txt": "set(NAME ${PROJECT_NAME}-selftest-x64)",
+       "packaging/make.py": 'NAMES = ("selftest.cmd",)',
+       "tests/kit/Report.cpp": 'L"selftest-report.txt"; name + "-output.txt"; // /quiet'}
 
 PRESETS = {"configurePresets": [{"name": "base", "hidden": True}, {"name": "release"}, {"name": "other"}],
            "buildPresets": [{"name": "release"}], "testPresets": [{"name": "release"}]}
@@ -42,7 +53,7 @@ class CheckCi(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             root = Path(folder).resolve()
             for name, content in {check_ci.WORKFLOW: WORKFLOW.replace(old, new), "scripts/test": "",
-                                  "CMakePresets.json": json.dumps(PRESETS)}.items():
+                                  "CMakePresets.json": json.dumps(PRESETS), **KIT}.items():
                 (root / name).parent.mkdir(parents=True, exist_ok=True)
                 (root / name).write_text(content, encoding="utf-8")
             (root / "scripts/test").chmod(0o755 if executable else 0o644)
@@ -77,6 +88,11 @@ class CheckCi(unittest.TestCase):
 
     def test_folder_of_no_preset(self):
         self.assertEqual(self.faults("build/release/", "build/releases/"), ["build/releases/ is the folder of no preset"])
+
+    def test_what_the_kit_does_not_have(self):
+        for old, new in (('selftest.cmd" /quiet', 'selftest.cmd" /silent'), ("selftest.cmd", "test.cmd"),
+                         ("selftest-report.txt", "report.txt"), ("*-output.txt", "*-log.txt")):
+            self.assertEqual(self.faults(old, new), [f"the self-test kit has no {new.split()[-1].strip('*')}"])
 
     def test_job_that_is_none(self):
         self.assertEqual(self.faults("needs: build", "needs: builds")[0], "use needs builds, which is no job")
