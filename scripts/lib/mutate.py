@@ -27,7 +27,8 @@ SLOW_UNIT_TESTS = filter_of("GatheringAtRandom", "GlobMatchAtRandom")
 # Take minutes, and repeat as a whole what the others look at one by one.
 LEFT_OUT = filter_of("Load", "Matrix")
 # Which real runs are most likely to notice a defect of a folder.
-WAIT_DIALOG = ("WaitDialog", "CancellingAction", "HarmlessAction", "RandomActions", "AboutBox", "AboutBoxKey", "AboutCommand")
+WAIT_DIALOG = ("WaitDialog", "CancellingAction", "HarmlessAction", "RandomActions", "AboutBox", "AboutBoxKey", "AboutCommand",
+               "ModalAboutBox", "TwoAboutBoxes")
 NEAREST_RUNS = {
     "app": filter_of("RunFlow", "UrlRun"),
     "target": filter_of("Activation", "PatternSearch"),
