@@ -3,17 +3,7 @@
 #include "tests/unit/WindowFixture.h"
 
 #include <optional>
-#include <ostream>
-
-bool operator==(const POINT& one, const POINT& other)
-{
-    return one.x == other.x && one.y == other.y;
-}
-
-void PrintTo(const POINT& point, std::ostream* stream)
-{
-    *stream << point.x << ", " << point.y;
-}
+#include <utility>
 
 namespace
 {
@@ -32,14 +22,17 @@ RECT RectOf(const CWnd& window)
     return rect;
 }
 
-POINT PlaceOf(const CWnd& window)
+/// A point, so that it can be compared and printed: from the left and from the top, in pixels.
+using Point = std::pair<LONG, LONG>;
+
+Point PlaceOf(const CWnd& window)
 {
     const RECT rect = RectOf(window);
     return {rect.left, rect.top};
 }
 
 /// The middle, twice, so that it is a whole number.
-POINT TwiceTheCentre(const RECT& rect)
+Point TwiceTheCentre(const RECT& rect)
 {
     return {rect.left + rect.right, rect.top + rect.bottom};
 }
@@ -64,7 +57,7 @@ TEST_F(CenterWindow, CoversTheOwnersCentre)
     Place(m_owner, {300, 200, 700, 500});
     Place(m_window, {0, 0, 120, 80});
     m_window.CenterWindow();
-    EXPECT_EQ((POINT{440, 310}), PlaceOf(m_window));
+    EXPECT_EQ((Point{440, 310}), PlaceOf(m_window));
     EXPECT_EQ(RectOf(m_window).right - RectOf(m_window).left, 120);
     EXPECT_EQ(RectOf(m_window).bottom - RectOf(m_window).top, 80);
 }
@@ -74,7 +67,7 @@ TEST_F(CenterWindow, CoversASmallerOwner)
     Place(m_owner, {300, 200, 340, 220});
     Place(m_window, {0, 0, 120, 80});
     m_window.CenterWindow();
-    EXPECT_EQ((POINT{260, 170}), PlaceOf(m_window));
+    EXPECT_EQ((Point{260, 170}), PlaceOf(m_window));
 }
 
 TEST_F(CenterWindow, StaysInsideTheWorkAreaAtEachEdge)
@@ -82,11 +75,11 @@ TEST_F(CenterWindow, StaysInsideTheWorkAreaAtEachEdge)
     Place(m_owner, {m_work.left - 20, m_work.top - 20, m_work.left + 20, m_work.top + 20});
     Place(m_window, {50, 50, 170, 130});
     m_window.CenterWindow();
-    EXPECT_EQ((POINT{m_work.left, m_work.top}), PlaceOf(m_window));
+    EXPECT_EQ((Point{m_work.left, m_work.top}), PlaceOf(m_window));
 
     Place(m_owner, {m_work.right - 20, m_work.bottom - 20, m_work.right + 20, m_work.bottom + 20});
     m_window.CenterWindow();
-    EXPECT_EQ((POINT{m_work.right - 120, m_work.bottom - 80}), PlaceOf(m_window));
+    EXPECT_EQ((Point{m_work.right - 120, m_work.bottom - 80}), PlaceOf(m_window));
 }
 
 TEST_F(CenterWindow, ShowsTheStartOfOneThatIsTooLarge)
@@ -95,7 +88,7 @@ TEST_F(CenterWindow, ShowsTheStartOfOneThatIsTooLarge)
     Place(m_window,
           {50, 50, 50 + m_work.right - m_work.left + 100, 50 + m_work.bottom - m_work.top + 100});
     m_window.CenterWindow();
-    EXPECT_EQ((POINT{m_work.left, m_work.top}), PlaceOf(m_window));
+    EXPECT_EQ((Point{m_work.left, m_work.top}), PlaceOf(m_window));
 }
 
 // A minimised window stands far outside the screen, and one that is hidden anywhere.
@@ -153,8 +146,8 @@ protected:
     {
         PlacedDialog dialog(idTemplate, &m_owner);
         EXPECT_EQ(IDCANCEL, dialog.DoModal());
-        const POINT twice = TwiceTheCentre(dialog.shownAt.value());
-        return std::abs(twice.x - 1000) <= 1 && std::abs(twice.y - 700) <= 1;
+        const Point twice = TwiceTheCentre(dialog.shownAt.value());
+        return std::abs(twice.first - 1000) <= 1 && std::abs(twice.second - 700) <= 1;
     }
 
     PlainWindow m_owner{WS_POPUP | WS_VISIBLE};
@@ -189,7 +182,7 @@ TEST_F(ModalPlace, OfAModelessDialogIsThePlatforms)
     PlacedDialog dialog(IDD_TEST);
     ASSERT_TRUE(dialog.Create(IDD_TEST, &m_owner));
     dialog.ShowWindow(SW_SHOWNOACTIVATE);
-    EXPECT_EQ((POINT{expected.left, expected.top}), PlaceOf(dialog));
+    EXPECT_EQ((Point{expected.left, expected.top}), PlaceOf(dialog));
 }
 
 } // namespace
