@@ -20,7 +20,7 @@ from packages import PACKAGES, ROOT, SELFTEST, SELFTEST_NAME, WithFolder, date_o
 import make_selftest
 
 LIMIT = 400  # seconds, for one run of the kit
-SHARES = 8
+SHARES = 10
 SUITES = ("unit", "scripted", "program", "system", "recipes", "load")
 FACTS = ("Windows", "Code pages", "Language", "Scaling and screen", "Integrity level", "Foreground lock timeout")
 

@@ -24,8 +24,8 @@ constexpr int kRandomLines = 20'000;
 constexpr int kMutatedLines = 10'000;
 constexpr std::size_t kLargestCorpus = 500;
 #else
-constexpr int kRandomLines = 200'000;
-constexpr int kMutatedLines = 100'000;
+constexpr int kRandomLines = 100'000;
+constexpr int kMutatedLines = 50'000;
 constexpr std::size_t kLargestCorpus = 2'000;
 #endif
 
