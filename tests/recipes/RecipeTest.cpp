@@ -36,8 +36,7 @@ void ImportWithPath(const wchar_t* name)
     Replace(path, "\\", R"(\\)");
     Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
     // Wine looks for schemes among the machine's classes only, Windows among the user's as well.
-    if (ExpectsAsUnderWine("url-scheme", "found among the machine's classes only",
-                           "found among the user's classes"))
+    if (SchemesAreOfTheMachineOnly())
     {
         Replace(content, "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE");
     }

@@ -18,3 +18,20 @@ inline bool ExpectsAsUnderWine(const std::string& subject, const char* wine, con
     testing::Test::RecordProperty(kDifferenceProperty + subject, underWine ? wine : windows);
     return underWine;
 }
+
+// Differences that several tests meet.
+
+/// Whether the minimised dialog gets only what tests post to it.
+inline bool MinimisedDialogGetsNoMessageByItself()
+{
+    return ExpectsAsUnderWine("minimised-dialog",
+                              "gets the one message that ends the run from the test",
+                              "the shell may post it one, which ends the run at any moment");
+}
+
+/// Whether a URL scheme has to be registered for the machine, and not for its user.
+inline bool SchemesAreOfTheMachineOnly()
+{
+    return ExpectsAsUnderWine("url-scheme", "found among the machine's classes only",
+                              "found among the user's classes");
+}

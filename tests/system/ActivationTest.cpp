@@ -60,19 +60,11 @@ bool IsAbove(HWND upper, HWND lower)
     return below != nullptr;
 }
 
-/// What the minimised dialog gets is noted with every test that depends on it.
-bool GetsNoMessageByItself()
-{
-    return ExpectsAsUnderWine("minimised-dialog",
-                              "gets the one message that ends the run from the test",
-                              "the shell may post it one, which ends the run at any moment");
-}
-
 /// Runs the program with its dialog minimised, and gives its exit code. The run's end takes one
 /// message to the dialog. Windows' shell soon posts one; Wine has none, so the test does.
 std::optional<int> RunMinimised(const std::wstring& arguments)
 {
-    GetsNoMessageByItself();
+    MinimisedDialogGetsNoMessageByItself();
     const QuilletRun run(L" -nodlg -activatewindow" + arguments);
     ::PostMessageW(run.WaitForDialog(), WM_NULL, 0, 0);
     return run.WaitForExit();
@@ -147,7 +139,7 @@ TEST(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
     const QuilletRun run(std::wstring(L" -nodlg -activatewindow -msg=8000 -nam=\"") +
                          kWaitDialogCaption + L'"');
     const HWND dialog = run.WaitForDialog();
-    const bool stays = GetsNoMessageByItself();
+    const bool stays = MinimisedDialogGetsNoMessageByItself();
     const auto isMinimised = [&] { return ::IsIconic(dialog) || (!stays && !::IsWindow(dialog)); };
     ASSERT_TRUE(WaitUntil(isMinimised));
     // By now the run waits for its one message, and all else has been done.

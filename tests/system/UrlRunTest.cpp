@@ -317,8 +317,7 @@ private:
                                  size) == ERROR_SUCCESS;
     }
 
-    const bool m_forMachine = ExpectsAsUnderWine(
-        "url-scheme", "found among the machine's classes only", "found among the user's classes");
+    const bool m_forMachine = SchemesAreOfTheMachineOnly();
     const HKEY m_root = m_forMachine ? HKEY_CLASSES_ROOT : HKEY_CURRENT_USER;
     const std::wstring m_classes = m_forMachine ? L"" : LR"(Software\Classes\)";
     std::wstring m_name;
