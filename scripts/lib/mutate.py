@@ -23,7 +23,8 @@ FOLDERS = ("app", "target", "delivery", "framework", "runtime")
 
 # A step builds a target and runs a test program with this filter; the steps go from quick to thorough.
 Step = collections.namedtuple("Step", "target program filter")
-SLOW_UNIT_TESTS = filter_of("GatheringAtRandom", "GlobMatchAtRandom")
+SLOW_UNIT_TESTS = filter_of("AbnormalEndDeathTest", "GatheringAtRandom", "GlobMatchAtRandom", "LongUrl", "LongUrlDeathTest",
+                            "StackProtectorDeathTest")
 # Take minutes, and repeat as a whole what the others look at one by one.
 LEFT_OUT = filter_of("Load", "Matrix")
 # Which real runs are most likely to notice a defect of a folder.

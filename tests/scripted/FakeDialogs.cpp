@@ -50,6 +50,18 @@ HWND WINAPI FakeGetAncestor(HWND, UINT)
     return nullptr;
 }
 
+/// Only owners are asked for.
+HWND WINAPI FakeGetWindow(HWND window, UINT)
+{
+    return Platform().Window(window).owner;
+}
+
+HMONITOR WINAPI FakeMonitorFromWindow(HWND window, DWORD)
+{
+    Platform().onScreenOf = window;
+    return nullptr;
+}
+
 /// The only value that anybody sets here is the window's procedure.
 LONG_PTR WINAPI FakeSetWindowLongPtrW(HWND window, int, LONG_PTR value)
 {

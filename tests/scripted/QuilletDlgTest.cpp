@@ -137,6 +137,18 @@ TEST_F(QuilletDlg, AboutBoxIsModal)
                          "EnableWindow(dialog, TRUE)", "DestroyWindow(box)"}));
 }
 
+// The real desktops of the tests have one screen only.
+TEST_F(QuilletDlg, WouldBeCentredOnTheScreenOfItsOwner)
+{
+    CreateUnrecorded();
+    m_dialog->CenterWindow();
+    EXPECT_EQ(m_platform.onScreenOf, m_dialog->m_hWnd);
+    const HWND owner = m_platform.AddWindow({});
+    m_platform.Window(m_dialog->m_hWnd).owner = owner;
+    m_dialog->CenterWindow();
+    EXPECT_EQ(m_platform.onScreenOf, owner);
+}
+
 TEST_F(QuilletDlg, PaintsAsThePlatformDoesUnlessMinimised)
 {
     CreateUnrecorded();

@@ -30,6 +30,7 @@ struct ScriptedWindow
     bool dying = false;
     /// Null for windows of other processes.
     WNDPROC procedure = nullptr;
+    HWND owner = nullptr;
 };
 
 /// The outcome of one conversion by the platform.
@@ -101,6 +102,8 @@ public:
     void ForgetCalls() { m_calls.clear(); }
     /// Text of the last message box.
     std::wstring messageBoxText;
+    /// The window whose screen was asked for last.
+    HWND onScreenOf = nullptr;
     /// What the last dialog that was made said: whether the platform is to set the focus.
     INT_PTR answerToInitDialog = -1;
     /// Messages that got a window's default processing.

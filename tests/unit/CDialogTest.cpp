@@ -29,6 +29,7 @@ protected:
     BOOL OnInitDialog() override
     {
         const BOOL result = CDialog::OnInitDialog();
+        EXPECT_TRUE(result) << "the platform sets the first focus";
         events.emplace_back(Control(IDCANCEL) != nullptr ? "init" : "init without controls");
         onInit();
         return result;
@@ -213,14 +214,17 @@ TEST_F(CDialogTest, EnterWithoutAnyFocusMeansTheFirstButton)
     EXPECT_EQ(dialog.events, (Events{"load", "init"}));
 }
 
-TEST_F(CDialogTest, TabMovesTheFocus)
+TEST_F(CDialogTest, TabMovesTheFocusAndEnterPressesAndNeitherGoesFurther)
 {
     TestDialog dialog;
     dialog.Create(IDD_TEST);
     dialog.ShowWindow(SW_SHOW);
-    MSG tab{dialog.Control(IDCANCEL), WM_KEYDOWN, VK_TAB, 0, 0, {}};
-    EXPECT_TRUE(dialog.PreTranslateMessage(&tab));
+    MSG key{dialog.Control(IDCANCEL), WM_KEYDOWN, VK_TAB, 0, 0, {}};
+    EXPECT_TRUE(dialog.PreTranslateMessage(&key));
     EXPECT_EQ(::GetFocus(), dialog.Control(IDOK));
+    key.wParam = VK_RETURN;
+    EXPECT_TRUE(dialog.PreTranslateMessage(&key));
+    EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
 }
 
 class DoModal : public WindowFixture

@@ -71,7 +71,7 @@ TEST(CWinApp, DestroysTheMainWindowThatIsLeft)
     EXPECT_EQ(AfxWinMain(), -7);
     EXPECT_EQ(steps, (std::vector<std::string>{"InitInstance", "WM_DESTROY", "ExitInstance"}));
     EXPECT_EQ(window.m_hWnd, nullptr);
-    EXPECT_TRUE(DrainQueue());
+    EXPECT_EQ(DrainQueue(), 0U);
 }
 
 class CWinAppWindow : public WindowFixture
@@ -85,7 +85,7 @@ TEST_F(CWinAppWindow, DestroyedMainWindowIsForgottenAndAsksTheThreadToQuit)
     EXPECT_EQ(AfxGetMainWnd(), &window);
     window.DestroyWindow();
     EXPECT_EQ(AfxGetMainWnd(), nullptr);
-    EXPECT_TRUE(DrainQueue());
+    EXPECT_EQ(DrainQueue(), 0U);
 }
 
 TEST_F(CWinAppWindow, AnotherWindowsEndChangesNothing)
@@ -95,7 +95,7 @@ TEST_F(CWinAppWindow, AnotherWindowsEndChangesNothing)
     m_app.m_pMainWnd = &main;
     other.DestroyWindow();
     EXPECT_EQ(AfxGetMainWnd(), &main);
-    EXPECT_FALSE(DrainQueue());
+    EXPECT_EQ(DrainQueue(), std::nullopt);
 }
 
 constexpr UINT kFirst = WM_APP + 1;
@@ -143,7 +143,7 @@ TEST_F(CWinAppWindow, PumpSaysWhenItTookTheQuitMessage)
 {
     ::PostQuitMessage(5);
     EXPECT_FALSE(m_app.PumpMessage());
-    EXPECT_FALSE(DrainQueue());
+    EXPECT_EQ(DrainQueue(), std::nullopt);
 }
 
 TEST_F(CWinAppWindow, PumpTranslatesKeys)

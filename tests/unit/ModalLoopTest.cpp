@@ -100,7 +100,7 @@ TEST_F(ModalLoop, QuitMessageEndsItAndIsPostedAgain)
     ::PostQuitMessage(9);
     EXPECT_EQ(m_window.RunModalLoop(), -1);
     EXPECT_FALSE(m_window.ContinueModal());
-    EXPECT_TRUE(DrainQueue());
+    EXPECT_EQ(DrainQueue(), 0U); // without the code, which nobody asks for
 }
 
 TEST_F(ModalLoop, OuterOneEndedMeanwhileReturnsAfterTheInnerOne)

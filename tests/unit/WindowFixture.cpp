@@ -44,18 +44,21 @@ WindowFixture::~WindowFixture()
     DrainQueue();
 }
 
-bool DrainQueue()
+std::optional<WPARAM> DrainQueue()
 {
-    bool quit = false;
+    std::optional<WPARAM> exitCode;
     MSG message;
     while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
     {
-        quit = quit || message.message == WM_QUIT;
+        if (message.message == WM_QUIT)
+        {
+            exitCode = message.wParam;
+        }
         if (message.message == WM_PAINT)
         {
             // Comes again until somebody has painted.
             ::ValidateRect(message.hwnd, nullptr);
         }
     }
-    return quit;
+    return exitCode;
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <vector>
 
 /// An application object whose map routes one command of its own.
@@ -43,6 +44,6 @@ private:
     UINT_PTR m_watchdog;
 };
 
-/// Takes every message out of the thread's queue without dispatching it; whether WM_QUIT was among
-/// them.
-bool DrainQueue();
+/// Takes every message out of the thread's queue without dispatching it. Gives the exit code of the
+/// WM_QUIT among them, or nothing.
+std::optional<WPARAM> DrainQueue();
