@@ -4,6 +4,7 @@
 // every one of these rules, so they are kept as they stand.
 #include "app/QuilletApp.h"
 
+#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -108,6 +109,7 @@ wchar_t CQuilletApp::DecodeUtf8Pair(std::uint16_t bytes)
     wchar_t units[2] = {};
     // Bytes that are no UTF-8 pair can give more units than there is room for, which is reported as
     // a failure; the first unit counts all the same.
-    ::MultiByteToWideChar(CP_UTF8, 0, utf8, sizeof(utf8), units, 2);
+    ::MultiByteToWideChar(CP_UTF8, 0, utf8, sizeof(utf8), units,
+                          static_cast<int>(std::size(units)));
     return units[0];
 }

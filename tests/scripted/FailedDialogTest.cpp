@@ -20,12 +20,16 @@ protected:
     {
         m_platform.commandLine = std::wstring(L"quillet.exe -kla=Host") + switches;
         CQuilletApp app;
-        return AfxWinMain();
+        const int exitCode = AfxWinMain();
+        m_mainWindow = app.m_pMainWnd;
+        return exitCode;
     }
 
     ScriptedPlatform m_platform;
     const HWND m_target = m_platform.AddWindow(
         {.name = "target", .thread = 9, .text = L"Host - 1", .windowClass = L"HostFrame"});
+    /// What the application's main window was at the end.
+    const CWnd* m_mainWindow = nullptr;
     const Calls m_searched = {"LoadIconW(128)", "CreateDialogParamW(102, NULL)",
                               "ShowWindow(NULL, SW_SHOW)", "FindWindowW(\"Host\", NULL)"};
     const Calls m_notified = {"SendNotifyMessageW(target, 0x400, 0, 0)"};
@@ -53,6 +57,7 @@ TEST_F(FailedDialog, IsWaitedForAfterANotification)
     m_platform.Quit();
     EXPECT_EQ(ExitCode(L""), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(m_searched + m_notified + m_waited));
+    EXPECT_EQ(m_mainWindow, nullptr);
 }
 
 TEST_F(FailedDialog, IsNotWaitedForAfterARefusal)
