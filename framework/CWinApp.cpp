@@ -33,16 +33,6 @@ CWinApp::~CWinApp()
     currentApp = nullptr;
 }
 
-const AFX_MSGMAP* CWinApp::GetThisMessageMap()
-{
-    return CCmdTarget::GetThisMessageMap();
-}
-
-const AFX_MSGMAP* CWinApp::GetMessageMap() const
-{
-    return GetThisMessageMap();
-}
-
 BOOL CWinApp::PumpMessage()
 {
     MSG message;

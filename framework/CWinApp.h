@@ -33,10 +33,6 @@ public:
 
     /// Called when a window object has lost its platform window.
     void OnWindowGone(const CWnd* window);
-
-protected:
-    static const AFX_MSGMAP* GetThisMessageMap();
-    const AFX_MSGMAP* GetMessageMap() const override;
 };
 
 /// The program's application object, or null before its construction.

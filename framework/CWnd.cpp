@@ -31,16 +31,6 @@ CWnd::~CWnd()
     CWnd::DestroyWindow();
 }
 
-const AFX_MSGMAP* CWnd::GetThisMessageMap()
-{
-    return CCmdTarget::GetThisMessageMap();
-}
-
-const AFX_MSGMAP* CWnd::GetMessageMap() const
-{
-    return GetThisMessageMap();
-}
-
 CWnd* CWnd::FromHandlePermanent(HWND hwnd)
 {
     const auto entry = AttachedWindows().find(hwnd);

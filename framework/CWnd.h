@@ -59,9 +59,6 @@ public:
     virtual BOOL PreTranslateMessage(MSG* message);
 
 protected:
-    static const AFX_MSGMAP* GetThisMessageMap();
-    const AFX_MSGMAP* GetMessageMap() const override;
-
     /// Handles one message: by the message map, derived classes first, else by DefWindowProc.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     /// The window's own default processing: the procedure it had before it was attached.
