@@ -55,6 +55,7 @@ TEST(CCmdTarget, RefusesACommandWithoutHandler)
 TEST(CCmdTarget, HelpCommandReachesTheApplication)
 {
     CQuilletApp app;
+    EXPECT_EQ(ID_HELP, 0xE146u); // as other programs know it
     EXPECT_TRUE(app.OnCmdMsg(ID_HELP));
     EXPECT_FALSE(app.OnCmdMsg(ID_HELP + 1)); // and its map has no other entry nearby
     EXPECT_FALSE(CWinApp().OnCmdMsg(ID_HELP));

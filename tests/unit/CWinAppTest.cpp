@@ -54,6 +54,13 @@ TEST(CWinApp, IsTheCurrentApplicationWhileItLives)
     EXPECT_EQ(AfxGetApp(), nullptr);
 }
 
+TEST(CWinApp, BeginsAndEndsWellByItself)
+{
+    CWinApp app;
+    EXPECT_TRUE(app.InitInstance());
+    EXPECT_EQ(app.ExitInstance(), 0);
+}
+
 TEST(CWinApp, EndsWithTheValueOfExitInstance)
 {
     std::vector<std::string> steps;

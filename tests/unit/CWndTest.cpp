@@ -63,6 +63,21 @@ TEST_F(CWndTest, WindowThatHasLostItsObjectGetsDefaultProcessing)
     ::DestroyWindow(hwnd);
 }
 
+TEST_F(CWndTest, TellsWhatThePlatformTells)
+{
+    PlainWindow window;
+    EXPECT_FALSE(window.IsWindowVisible());
+    EXPECT_FALSE(window.ShowWindow(SW_SHOWNOACTIVATE)); // it was not shown before
+    EXPECT_TRUE(window.IsWindowVisible());
+    EXPECT_FALSE(window.IsIconic());
+    EXPECT_TRUE(window.ShowWindow(SW_SHOWMINNOACTIVE));
+    EXPECT_TRUE(window.IsIconic());
+    EXPECT_FALSE(window.EnableWindow(FALSE)); // it was not disabled before
+    EXPECT_FALSE(window.IsWindowEnabled());
+    EXPECT_TRUE(window.EnableWindow(TRUE));
+    EXPECT_TRUE(window.IsWindowEnabled());
+}
+
 /// Answers kProbe itself, passes the rest on, and records both.
 class RecordingWindow : public PlainWindow
 {
@@ -90,6 +105,17 @@ TEST_F(CWndTest, EveryMessageGoesThroughWindowProc)
     EXPECT_EQ(window.SendMessage(kProbe, 3, 0x100000004), 0x100000007);
     EXPECT_EQ(window.seen, std::vector{kProbe});
     EXPECT_TRUE(window.defaulted.empty());
+}
+
+TEST_F(CWndTest, MessagesHaveNoParametersUnlessGiven)
+{
+    RecordingWindow window;
+    EXPECT_EQ(window.SendMessage(kProbe), 0);
+    EXPECT_TRUE(window.PostMessage(kProbe));
+    MSG message;
+    ASSERT_TRUE(::PeekMessageW(&message, window.m_hWnd, kProbe, kProbe, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 0u);
+    EXPECT_EQ(message.lParam, 0);
 }
 
 TEST_F(CWndTest, UnmappedMessageGetsTheWindowsOwnProcessing)
@@ -175,6 +201,37 @@ TEST_F(CWndTest, DefaultMeansTheMessageBeingHandled)
     EXPECT_EQ(window.defaulted, (std::vector<UINT>{kInner, WM_SYSCOMMAND}));
 }
 
+/// Names handlers and has none of its own.
+class NamingWindow : public PlainWindow
+{
+public:
+    std::vector<UINT> defaulted;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+
+    LRESULT DefWindowProc(UINT message, WPARAM, LPARAM) override
+    {
+        defaulted.push_back(message);
+        return 0x5678;
+    }
+};
+
+BEGIN_MESSAGE_MAP(NamingWindow, PlainWindow)
+    ON_WM_SYSCOMMAND()
+    ON_WM_PAINT()
+    ON_WM_QUERYDRAGICON()
+END_MESSAGE_MAP()
+
+TEST_F(CWndTest, HandlersOfTheRootMeanDefaultProcessing)
+{
+    NamingWindow window;
+    window.SendMessage(WM_SYSCOMMAND);
+    window.SendMessage(WM_PAINT);
+    EXPECT_EQ(window.SendMessage(WM_QUERYDRAGICON), 0x5678);
+    EXPECT_EQ(window.defaulted, (std::vector<UINT>{WM_SYSCOMMAND, WM_PAINT, WM_QUERYDRAGICON}));
+}
+
 TEST_F(CWndTest, CommandGoesToTheWindowFirst)
 {
     MappedWindow window;
@@ -231,6 +288,7 @@ TEST_F(CWndTest, SystemMenuTakesFurtherEntries)
     EXPECT_TRUE(menu->AppendMenu(MF_STRING, 0x20, L"&Mehr"));
     EXPECT_EQ(::GetMenuItemCount(handle), before + 2);
     EXPECT_TRUE(::GetMenuState(handle, static_cast<UINT>(before), MF_BYPOSITION) & MF_SEPARATOR);
+    EXPECT_EQ(::GetMenuItemID(handle, before), 0u);
     wchar_t text[16];
     ::GetMenuStringW(handle, 0x20, text, 16, MF_BYCOMMAND);
     EXPECT_STREQ(text, L"&Mehr");
