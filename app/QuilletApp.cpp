@@ -165,7 +165,7 @@ void CQuilletApp::Wait(const SendRequest& request)
     }
     else
     {
-        m_nReturnCode = ResultOfLoop(m_dialog->RunModalLoop(0));
+        m_nReturnCode = ResultOfLoop(m_dialog->RunModalLoop());
     }
     m_dialog->DestroyWindow();
     m_pMainWnd = nullptr;

@@ -55,8 +55,8 @@ BOOL CDialog::Create(UINT idTemplate, CWnd* parent)
     const wchar_t* name = MAKEINTRESOURCEW(idTemplate);
     CWnd* owner = parent != nullptr ? parent : AfxGetMainWnd();
     dialogBeingCreated = this;
-    ::CreateDialogParamW(AfxFindResourceHandle(name, RT_DIALOG), name,
-                         owner == nullptr ? nullptr : owner->GetSafeHwnd(), &DialogProc, 0);
+    ::CreateDialogW(AfxFindResourceHandle(name, RT_DIALOG), name,
+                    owner == nullptr ? nullptr : owner->GetSafeHwnd(), &DialogProc);
     dialogBeingCreated = nullptr;
     return m_hWnd != nullptr;
 }

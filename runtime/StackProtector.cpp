@@ -3,12 +3,13 @@
 // DLLs.
 #include <windows.h>
 
+#include <bit>
 #include <cstdint>
 
 extern "C" {
 /// What the compiler's checks compare with. The highest byte is set, so that an unset guard is
 /// never compared.
-std::uintptr_t __stack_chk_guard = 0x9E3779B97F4A7C15;
+std::uintptr_t __stack_chk_guard = UINTPTR_MAX;
 
 [[noreturn]] void __stack_chk_fail();
 }
@@ -19,19 +20,17 @@ namespace
 /// The platform's own code for this fault; no result code of a run.
 constexpr UINT kStackBufferOverrun = 0xC0000409;
 
-/// Mixes what an attacker cannot know beforehand: time, identities, and addresses that differ from
-/// start to start.
+/// Mixes what an attacker cannot know beforehand: times, the process's identity, and an address
+/// that differs from start to start. The factor spreads what differs in few bits over all.
 std::uintptr_t UnpredictableValue()
 {
     FILETIME time;
     ::GetSystemTimeAsFileTime(&time);
     LARGE_INTEGER counter;
     ::QueryPerformanceCounter(&counter);
-    const auto ticks = static_cast<std::uintptr_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-    const auto identities =
-        static_cast<std::uintptr_t>(::GetCurrentProcessId()) << 32 | ::GetCurrentThreadId();
-    return ticks ^ static_cast<std::uintptr_t>(counter.QuadPart) * 0x9E3779B97F4A7C15 ^
-           identities * 0xC2B2AE3D27D4EB4F ^ reinterpret_cast<std::uintptr_t>(&time);
+    const auto ticks = static_cast<std::uintptr_t>(counter.QuadPart) ^ ::GetCurrentProcessId();
+    return ticks * 0x9E3779B97F4A7C15 ^ std::bit_cast<std::uintptr_t>(time) ^
+           reinterpret_cast<std::uintptr_t>(&time);
 }
 
 /// Runs before every other initialiser, so that no guarded function is active while the guard

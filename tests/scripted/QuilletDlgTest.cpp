@@ -135,6 +135,7 @@ TEST_F(QuilletDlg, AboutBoxIsModal)
         m_platform.Made({"CreateDialogParamW(100, dialog)", "EnableWindow(dialog, FALSE)",
                          "ShowWindow(box, SW_SHOWNORMAL)", "GetMessageW()", "EndDialog(box, 1)",
                          "EnableWindow(dialog, TRUE)", "DestroyWindow(box)"}));
+    EXPECT_EQ(m_platform.onScreenOf, nullptr); // centred only where a template leaves it open
 }
 
 // The real desktops of the tests have one screen only.

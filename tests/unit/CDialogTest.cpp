@@ -227,6 +227,21 @@ TEST_F(CDialogTest, TabMovesTheFocusAndEnterPressesAndNeitherGoesFurther)
     EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
 }
 
+TEST_F(CDialogTest, NothingButKeysIsTranslated)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    const auto takes = [&dialog](UINT message) {
+        MSG posted{dialog.Control(IDCANCEL), message, 0, 0, 0, {}};
+        return dialog.PreTranslateMessage(&posted);
+    };
+    EXPECT_FALSE(takes(WM_KEYFIRST - 1));
+    EXPECT_TRUE(takes(WM_KEYFIRST));
+    EXPECT_TRUE(takes(WM_KEYLAST));
+    EXPECT_FALSE(takes(WM_KEYLAST + 1));
+    EXPECT_FALSE(takes(WM_MOUSEMOVE));
+}
+
 class DoModal : public WindowFixture
 {
 protected:

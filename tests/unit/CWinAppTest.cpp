@@ -61,6 +61,11 @@ TEST(CWinApp, BeginsAndEndsWellByItself)
     EXPECT_EQ(app.ExitInstance(), 0);
 }
 
+TEST(CWinApp, ResourcesAreTheProgramsOwn)
+{
+    EXPECT_EQ(AfxFindResourceHandle(L"any", RT_DIALOG), ::GetModuleHandleW(nullptr));
+}
+
 TEST(CWinApp, EndsWithTheValueOfExitInstance)
 {
     std::vector<std::string> steps;

@@ -226,10 +226,12 @@ END_MESSAGE_MAP()
 TEST_F(CWndTest, HandlersOfTheRootMeanDefaultProcessing)
 {
     NamingWindow window;
+    EXPECT_EQ(window.SendMessage(kProbe), 0x5678);
     window.SendMessage(WM_SYSCOMMAND);
     window.SendMessage(WM_PAINT);
     EXPECT_EQ(window.SendMessage(WM_QUERYDRAGICON), 0x5678);
-    EXPECT_EQ(window.defaulted, (std::vector<UINT>{WM_SYSCOMMAND, WM_PAINT, WM_QUERYDRAGICON}));
+    EXPECT_EQ(window.defaulted,
+              (std::vector<UINT>{kProbe, WM_SYSCOMMAND, WM_PAINT, WM_QUERYDRAGICON}));
 }
 
 TEST_F(CWndTest, CommandGoesToTheWindowFirst)

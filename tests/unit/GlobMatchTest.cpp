@@ -346,6 +346,8 @@ TEST(GlobMatch, HostilePatternsEndSoon)
     constexpr std::size_t kText = kLongestWindowText;
     constexpr std::size_t kPattern = kLongestCommandLine;
     constexpr std::size_t kPart = kPattern / 8; // enough for these, and quick without optimisation
+    // Longer than any, and passed once: each unit of the pattern once for each would take minutes.
+    constexpr std::size_t kPassedOnce = 4'000'000;
     const struct
     {
         std::u16string text;
@@ -368,6 +370,9 @@ TEST(GlobMatch, HostilePatternsEndSoon)
         {Filled(u"b", kText), u"*" + Filled(u"[a-]b]", kPart) + u"c", 0},
         {Filled(u"b", kText), u"*" + Filled(u"[", kPart) + u"a-]", 0},
         {Filled(u"b", kText), Filled(u"*", kPart) + u"[a-]", 0},
+        {Filled(u"a", kPassedOnce), u"*b" + Filled(u"c", kPattern - 2), 0},
+        {Filled(u"a", kPassedOnce), u"*b" + Filled(u"c", kPattern - 9) + u"*[a-]b]", 0},
+        {Filled(u"a", kPassedOnce), u"*a[1-]2]" + Filled(u"x", kPattern - 8), 0},
     };
     for (const auto& row : rows)
     {

@@ -52,6 +52,18 @@ TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroAfterThem)
     EXPECT_EQ(std::count(resized.get() + 10, resized.get() + 4'000, '\0'), 3'990);
 }
 
+// What was written past the end of so large a block would not go unnoticed.
+TEST(Recalloc, LargeBlockIsZeroUpToItsEnd)
+{
+    constexpr size_t kOld = size_t{64} << 20;
+    constexpr size_t kNew = kOld + 4'096;
+    Block block = Filled(kOld);
+    const Block resized = Resized(block, kNew, 1);
+    ASSERT_TRUE(resized);
+    EXPECT_EQ(resized.get()[kOld - 1], 'x');
+    EXPECT_EQ(std::count(resized.get() + kOld, resized.get() + kNew, '\0'), 4'096);
+}
+
 TEST(Recalloc, ShrunkBlockKeepsItsFirstBytes)
 {
     Block block = Filled(4'000);

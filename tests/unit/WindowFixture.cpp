@@ -31,9 +31,9 @@ END_MESSAGE_MAP()
 
 PlainWindow::PlainWindow(DWORD style, const CWnd* parent)
 {
-    SubclassWindow(::CreateWindowExW(0, PlainClass(), L"", style, 0, 0, 200, 100,
-                                     parent == nullptr ? nullptr : parent->m_hWnd, nullptr,
-                                     ::GetModuleHandleW(nullptr), nullptr));
+    EXPECT_TRUE(SubclassWindow(::CreateWindowExW(0, PlainClass(), L"", style, 0, 0, 200, 100,
+                                                 parent == nullptr ? nullptr : parent->m_hWnd,
+                                                 nullptr, ::GetModuleHandleW(nullptr), nullptr)));
 }
 
 WindowFixture::WindowFixture() : m_watchdog(::SetTimer(nullptr, 0, kLongestWait, &EndWait)) {}
