@@ -2,17 +2,15 @@
 
 #include <windows.h>
 
-#include <cstdlib>
 #include <exception>
 
 namespace
 {
 
-[[noreturn]] void EndAbnormally()
+void EndAbnormally()
 {
     // Nothing is cleaned up: the run has no state that outlives the process.
     ::TerminateProcess(::GetCurrentProcess(), kAbnormalEndExitCode);
-    std::abort();
 }
 
 } // namespace

@@ -41,7 +41,6 @@ NarrowTextBuffer::NarrowTextBuffer(const wchar_t* text, UINT codePage)
     }
     if (written == 0)
     {
-        m_block.reset();
         AfxThrowOleException(HRESULT_FROM_WIN32(::GetLastError()));
     }
 }

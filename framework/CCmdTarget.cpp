@@ -2,12 +2,12 @@
 
 const AFX_MSGMAP* CCmdTarget::GetThisMessageMap()
 {
-    return nullptr; // the root of all classes handles nothing
+    return nullptr; // the root of all classes handles nothing itself
 }
 
 const AFX_MSGMAP* CCmdTarget::GetMessageMap() const
 {
-    return GetThisMessageMap();
+    return nullptr;
 }
 
 const AFX_MSGMAP_ENTRY* CCmdTarget::FindEntry(UINT message, UINT commandId) const

@@ -75,11 +75,11 @@ void CWnd::CenterWindow()
     }
     RECT window;
     ::GetWindowRect(m_hWnd, &window);
-    ::SetWindowPos(
-        m_hWnd, nullptr,
-        CentredIn(area.left, area.right, window.right - window.left, work.left, work.right),
-        CentredIn(area.top, area.bottom, window.bottom - window.top, work.top, work.bottom), 0, 0,
-        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const LONG width = window.right - window.left;
+    const LONG height = window.bottom - window.top;
+    ::SetWindowPos(m_hWnd, nullptr, CentredIn(area.left, area.right, width, work.left, work.right),
+                   CentredIn(area.top, area.bottom, height, work.top, work.bottom), width, height,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam)

@@ -4,7 +4,6 @@
 // with the old block untouched, when memory runs out or the product overflows.
 #include <malloc.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -13,12 +12,12 @@ namespace
 
 void* Recalloc(void* block, size_t count, size_t size)
 {
-    if (size != 0 && count > SIZE_MAX / size)
+    size_t newBytes;
+    if (__builtin_mul_overflow(count, size, &newBytes))
     {
         return nullptr;
     }
     const size_t oldBytes = block == nullptr ? 0 : ::_msize(block);
-    const size_t newBytes = count * size;
     void* resized = std::realloc(block, newBytes);
     if (resized != nullptr && newBytes > oldBytes)
     {

@@ -38,7 +38,8 @@ std::uintptr_t UnpredictableValue()
 /// over the guard.
 __attribute__((constructor(101), no_stack_protector)) void SetGuard()
 {
-    __stack_chk_guard = UnpredictableValue() << 8;
+    constexpr std::uintptr_t kLowestByte = 0xFF;
+    __stack_chk_guard = UnpredictableValue() & ~kLowestByte;
 }
 
 } // namespace

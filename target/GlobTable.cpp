@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace
@@ -32,7 +33,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kBits = 64;
+    static constexpr std::size_t kBits = std::numeric_limits<std::uint64_t>::digits;
     std::uint64_t m_words[kGlobTableLength / kBits + 1];
 };
 

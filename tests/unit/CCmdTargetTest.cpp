@@ -36,6 +36,37 @@ BEGIN_MESSAGE_MAP(DerivedTarget, BaseTarget)
     ON_COMMAND(kBoth, &DerivedTarget::OnBothDerived)
 END_MESSAGE_MAP()
 
+/// Its map is made by hand, so that it sees what a handler of a command is called with.
+class ParameterTarget : public CCmdTarget
+{
+public:
+    WPARAM first = 7;
+    LPARAM second = 7;
+
+protected:
+    const AFX_MSGMAP* GetMessageMap() const override
+    {
+        static constexpr AFX_MSGMAP_ENTRY kEntries[] = {
+            {WM_COMMAND, kBoth,
+             [](CCmdTarget& target, WPARAM wParam, LPARAM lParam) -> LRESULT {
+                 static_cast<ParameterTarget&>(target).first = wParam;
+                 static_cast<ParameterTarget&>(target).second = lParam;
+                 return 0;
+             }},
+            {0, 0, nullptr}};
+        static constexpr AFX_MSGMAP kMap{nullptr, kEntries};
+        return &kMap;
+    }
+};
+
+TEST(CCmdTarget, CommandHasNoParameters)
+{
+    ParameterTarget target;
+    EXPECT_TRUE(target.OnCmdMsg(kBoth));
+    EXPECT_EQ(target.first, 0u);
+    EXPECT_EQ(target.second, 0);
+}
+
 TEST(CCmdTarget, GivesACommandToTheMostDerivedHandler)
 {
     DerivedTarget target;

@@ -125,7 +125,8 @@ TEST_F(CWndTest, UnmappedMessageGetsTheWindowsOwnProcessing)
     wchar_t text[16];
     ::GetWindowTextW(window.m_hWnd, text, 16);
     EXPECT_STREQ(text, L"Titel");
-    EXPECT_EQ(window.defaulted, (std::vector<UINT>{WM_SETTEXT, WM_GETTEXT}));
+    EXPECT_EQ(window.SendMessage(WM_GETTEXTLENGTH), 5);
+    EXPECT_EQ(window.defaulted, (std::vector<UINT>{WM_SETTEXT, WM_GETTEXT, WM_GETTEXTLENGTH}));
 }
 
 class MappedBase : public PlainWindow
@@ -237,7 +238,7 @@ TEST_F(CWndTest, HandlersOfTheRootMeanDefaultProcessing)
 TEST_F(CWndTest, CommandGoesToTheWindowFirst)
 {
     MappedWindow window;
-    window.SendMessage(WM_COMMAND, kWindowCommand);
+    EXPECT_EQ(window.SendMessage(WM_COMMAND, kWindowCommand), 0);
     EXPECT_EQ(window.handled, std::vector<std::string>{"window's command"});
     EXPECT_EQ(m_app.commands, 0);
     EXPECT_TRUE(window.defaulted.empty());
