@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -187,12 +186,14 @@ TEST(ProgramFile, CarriesNoTimeStamp)
     EXPECT_EQ(ProgramFile().headers.FileHeader.TimeDateStamp, 0u);
 }
 
-/// The address of an eight-byte value, at an eight-byte boundary of a section without code.
-std::optional<DWORD> AddressOf(const ProgramFile& file, std::uint64_t value)
+/// The addresses of an eight-byte value, at eight-byte boundaries of sections that have one of
+/// these characteristics.
+std::vector<DWORD> AddressesOf(const ProgramFile& file, std::uint64_t value, DWORD characteristics)
 {
+    std::vector<DWORD> addresses;
     for (const IMAGE_SECTION_HEADER& section : file.sections)
     {
-        if ((section.Characteristics & IMAGE_SCN_CNT_CODE) != 0)
+        if ((section.Characteristics & characteristics) == 0)
         {
             continue;
         }
@@ -202,11 +203,11 @@ std::optional<DWORD> AddressOf(const ProgramFile& file, std::uint64_t value)
         {
             if (reader.Read<std::uint64_t>() == value)
             {
-                return section.VirtualAddress + offset;
+                addresses.push_back(section.VirtualAddress + offset);
             }
         }
     }
-    return std::nullopt;
+    return addresses;
 }
 
 /// How many places in the code hold the distance from their own end to an address, as every
@@ -230,18 +231,25 @@ int References(const ProgramFile& file, DWORD address)
 
 // A guarded function loads the guard when it begins and again before it returns, mostly through a
 // pointer that the linker shares. The static libraries of the toolchain are not guarded, so the
-// loads are those of the tool's own sources; compiled without the protector they would not even
-// link the guard. That every function with a buffer is guarded is not shown.
+// loads are those of the tool's own sources. Other variables begin with all bits set as well, but
+// none is used nearly as often. That every function with a buffer is guarded is not shown.
 TEST(ProgramFile, CodeComparesTheStackGuard)
 {
-    constexpr std::uint64_t kGuardInFile = 0x9E3779B97F4A7C15; // runtime/StackProtector.cpp
+    constexpr std::uint64_t kGuardInFile = UINT64_MAX; // runtime/StackProtector.cpp
     constexpr int kReferencesOfTenFunctions = 20;
     const ProgramFile file;
-    const auto guard = AddressOf(file, kGuardInFile);
-    ASSERT_TRUE(guard.has_value());
-    const auto pointer = AddressOf(file, file.headers.OptionalHeader.ImageBase + *guard);
-    const int viaPointer = pointer.has_value() ? References(file, *pointer) : 0;
-    EXPECT_GE(References(file, *guard) + viaPointer, kReferencesOfTenFunctions);
+    int mostReferences = 0;
+    for (const DWORD variable : AddressesOf(file, kGuardInFile, IMAGE_SCN_MEM_WRITE))
+    {
+        int references = References(file, variable);
+        const std::uint64_t loaded = file.headers.OptionalHeader.ImageBase + variable;
+        for (const DWORD pointer : AddressesOf(file, loaded, IMAGE_SCN_CNT_INITIALIZED_DATA))
+        {
+            references += References(file, pointer);
+        }
+        mostReferences = std::max(mostReferences, references);
+    }
+    EXPECT_GE(mostReferences, kReferencesOfTenFunctions);
 }
 
 #endif
