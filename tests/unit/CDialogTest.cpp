@@ -191,6 +191,37 @@ TEST_F(CDialogTest, EnterMeansTheButtonWithTheFocus)
     EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
 }
 
+/// A control that notes for which keys it is asked what it takes.
+class AskedControl : public CWnd
+{
+public:
+    std::vector<WPARAM> keys;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_GETDLGCODE)
+        {
+            keys.push_back(wParam);
+        }
+        return CWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
+TEST_F(CDialogTest, ControlWithTheFocusIsAskedWhatItTakesOfAnyKey)
+{
+    TestDialog dialog;
+    dialog.Create(IDD_TEST);
+    AskedControl button;
+    button.SubclassWindow(dialog.Control(IDOK));
+    ::SetFocus(button.m_hWnd);
+    button.keys.clear();
+    MSG enter{button.m_hWnd, WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+    EXPECT_TRUE(dialog.PreTranslateMessage(&enter));
+    ASSERT_FALSE(button.keys.empty());
+    EXPECT_EQ(button.keys.front(), 0u);
+}
+
 TEST_F(CDialogTest, EnterBesideTheButtonsMeansTheFirstOne)
 {
     TestDialog dialog;
