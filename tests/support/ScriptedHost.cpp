@@ -3,9 +3,12 @@
 #include "tests/support/RunsUnderWine.h"
 #include "tests/support/UniqueName.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
-#include <stdexcept>
+#include <iostream>
 #include <utility>
 
 namespace
@@ -73,7 +76,12 @@ ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
     constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
     if (::WaitForSingleObject(m_ready, static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
     {
-        throw std::runtime_error("the host's window does not appear");
+        // The thread hangs and uses this object: it can be neither joined nor left alone.
+        const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
+        std::cerr << "The host's window does not appear: "
+                  << (test == nullptr ? "" : test->test_suite_name()) << '.'
+                  << (test == nullptr ? "" : test->name()) << std::endl;
+        std::abort();
     }
 }
 

@@ -58,7 +58,8 @@ public:
     using Script = std::function<std::optional<LRESULT>(HWND host, const ReceivedMessage& message)>;
 
     /// Returns when the window exists (and is shown, if it is to be) and its thread handles
-    /// messages. Throws std::runtime_error when that takes longer than kWaitLimit.
+    /// messages. When that takes longer than kWaitLimit, the whole test program ends, with the name
+    /// of the test.
     explicit ScriptedHost(ScriptedHostOptions options, Script script = {});
     /// Destroys the window, if it still exists, and ends the thread.
     ~ScriptedHost();
