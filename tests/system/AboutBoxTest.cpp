@@ -89,7 +89,7 @@ TEST_F(AboutBox, OpensFromTheSystemMenuByItsMnemonic)
         OpenSystemMenu(dialog);
         PressKey('O');
     };
-    EXPECT_TRUE(ActInFront(dialog, choose, [this] { return Box() != nullptr; }, kHoldPatience));
+    ASSERT_TRUE(ActInFront(dialog, choose, [this] { return Box() != nullptr; }, kHoldPatience));
     const HWND box = WaitForBox();
     ASSERT_NE(box, nullptr);
     ::PostMessageW(box, WM_CLOSE, 0, 0);
