@@ -23,6 +23,11 @@ enum ThreadMessage : UINT
     kFocused,
 };
 
+/// Held while a host's thread makes its window, and while it ends. Under Wine the one opens an
+/// input method of the X library and the other closes it, and the list in which the library keeps
+/// them is not guarded: threads that do so at the same time spoil the process's memory, or hang.
+std::mutex oneComesOrGoes;
+
 void PostToOwnThread(ThreadMessage message)
 {
     ::PostThreadMessageW(::GetCurrentThreadId(), message, 0, 0);
@@ -71,8 +76,10 @@ ScriptedHostOptions UniqueHost(std::wstring title)
 
 ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
     : m_options(std::move(options)), m_script(std::move(script)),
-      m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { Run(); })
+      m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr))
 {
+    const std::scoped_lock lock(oneComesOrGoes);
+    m_thread = std::thread([this] { Run(); });
     constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
     if (::WaitForSingleObject(m_ready, static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
     {
@@ -87,6 +94,7 @@ ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
 
 ScriptedHost::~ScriptedHost()
 {
+    const std::scoped_lock lock(oneComesOrGoes);
     ::PostThreadMessageW(m_threadId, kClose, 0, 0);
     m_thread.join();
     ::CloseHandle(m_ready);
