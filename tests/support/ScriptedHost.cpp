@@ -23,9 +23,9 @@ enum ThreadMessage : UINT
     kFocused,
 };
 
-/// Held while a host's thread makes its window, and while it ends. Under Wine the one opens an
-/// input method of the X library and the other closes it, and the list in which the library keeps
-/// them is not guarded: threads that do so at the same time spoil the process's memory, or hang.
+/// Held while a host's thread makes its window, and while it ends. Threads that did so at the same
+/// time hung under Wine 10, or spoilt the process's memory. Most likely because each opens an input
+/// method of the X library and closes it again, in a list that the library does not guard.
 std::mutex oneComesOrGoes;
 
 void PostToOwnThread(ThreadMessage message)
