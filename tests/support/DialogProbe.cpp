@@ -38,8 +38,10 @@ bool WaitForInput(HWND dialog)
     const bool pushed = ActInFront(
         dialog, [button] { PressMouseAt(CentreOf(button)); }, [button] { return IsPushed(button); },
         kHoldPatience);
-    ReleaseMouseAt({0, 0});
-    return pushed && WaitUntil([button] { return !IsPushed(button); });
+    const bool released = ActInFront(
+        dialog, [] { ReleaseMouseAt({0, 0}); }, [button] { return !IsPushed(button); },
+        kHoldPatience);
+    return pushed && released;
 }
 
 bool OpenSystemMenu(HWND dialog)

@@ -18,10 +18,12 @@ bool WaitForForeground(HWND window);
 /// foreground meanwhile. False when it does not get there.
 bool ActInFront(HWND window, const std::function<void()>& act);
 
-/// After that time without an effect, a button that should be held down, by the mouse or as the
-/// modifier of a key, has been let go: when the window manager gives a window the focus, Wine ends
-/// what has captured the mouse, and takes over from the display which keys are down, which knows
-/// nothing of those that a test holds. A key without a modifier is not lost.
+/// After that time without an effect, what was to be held down (a button by the mouse, the modifier
+/// of a key) or let go is not. When the window manager gives a window the focus, Wine ends what has
+/// captured the mouse, and takes over from the display which keys are down, which knows nothing of
+/// those that a test holds. And a button let go while another window has the foreground stays down:
+/// the release is for that window, and a thread that has the foreground back before it has heard of
+/// the loss keeps its capture. A key without a modifier is not lost.
 inline constexpr std::chrono::seconds kHoldPatience{3};
 
 /// The same, and waits for the effect; done again after `patience` without one as well. As it is,
