@@ -8,6 +8,7 @@
 # Several desktops can exist side by side: each takes a free display number and a Wine prefix in a new folder.
 # Let Wine programs write into files, never into pipes: Wine's services inherit a pipe and hold it open.
 
+desktop_cache=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)/build
 desktop_folder=
 desktop_processes=()
 # Now and then Wine cannot set a new process up (error 1359) when its address space is laid out at random: 2 of 6,720 starts on a
@@ -79,14 +80,42 @@ desktop_start()
   unset TMPDIR
   # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
   export LC_ALL=C.UTF-8
-  mkdir "$WINEPREFIX"
-  # The first program sets the folder up, reports, and stays until the desktop ends: Wine's services end with the last
-  # program, and the first window of every program after that would wait ten seconds for them in vain.
+  desktop_new_prefix || desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/wineboot.log")"
+  # The first program reports and stays until the desktop ends: Wine's services end with the last program, and the first
+  # window of every program after that would wait ten seconds for them in vain. Before that it has rundll32 open a window,
+  # for which Wine starts the desktop's own process: started by a test, it would hold the test's output open.
   mkfifo "$desktop_folder/never"
-  "${desktop_wrapper[@]}" wine cmd /c 'echo ready& set /p line=' <>"$desktop_folder/never" >"$desktop_folder/resident.log" 2>&1 &
+  "${desktop_wrapper[@]}" wine cmd /c 'rundll32 user32.dll,GetDesktopWindow& echo ready& set /p line=' \
+    <>"$desktop_folder/never" >"$desktop_folder/resident.log" 2>&1 &
   desktop_processes+=($!)
   wait_until 180 grep ready "$desktop_folder/resident.log" ||
-    desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/resident.log")"
+    desktop_fail "Wine does not start: $(tail -n 1 "$desktop_folder/resident.log")"
+}
+
+# A new prefix is the same every time and takes Wine four seconds of computing, so it is made once and copied. It holds
+# Wine's own programs and the user's folder: each version of Wine and each user have one.
+desktop_new_prefix()
+{
+  local made
+  made=$desktop_cache/$(wine --version | tr -cd '[:alnum:].-')-prefix-of-$(id -un)
+  mkdir -p "$desktop_cache"
+  # Who comes meanwhile waits. What Wine starts must not hold the lock, since its server outlives the call.
+  (
+    flock --timeout 180 9 || exit
+    [[ -d $made ]] || desktop_make_prefix "$made" 9>&-
+  ) 9>"$made.lock" || return
+  cp --archive "$made" "$WINEPREFIX"
+}
+
+# All of it is there in the end, or nothing: desktop_make_prefix FOLDER
+desktop_make_prefix()
+{
+  timeout 180 "${desktop_wrapper[@]}" wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 || return
+  timeout 30 wineserver --kill # so that it writes the registry
+  timeout 30 wineserver --wait || return
+  desktop_remove_server_folder
+  rm -rf "$WINEPREFIX/wineserver" "$1.new"
+  mv "$WINEPREFIX" "$1.new" && mv "$1.new" "$1"
 }
 
 # Text at this many dots per inch (96: as usual) for programs that start from now on: desktop_scale DPI
