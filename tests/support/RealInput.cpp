@@ -34,30 +34,52 @@ void SendMouseButton(DWORD button, POINT onScreen)
     ::SendInput(1, &input, sizeof(input));
 }
 
+bool IsInFront(HWND window)
+{
+    return ::GetForegroundWindow() == window;
+}
+
+/// False, since it takes until later.
+bool AskForForeground(HWND window)
+{
+    ::SetForegroundWindow(window);
+    return false;
+}
+
 } // namespace
 
 bool WaitForForeground(HWND window)
 {
-    return WaitUntil([window] {
-        return ::GetForegroundWindow() == window || (::SetForegroundWindow(window), false);
-    });
+    return WaitUntil([window] { return IsInFront(window) || AskForForeground(window); });
 }
 
 bool ActInFront(HWND window, const std::function<void()>& act)
 {
-    return ActInFront(window, act, [window] { return ::GetForegroundWindow() == window; });
+    const auto end = std::chrono::steady_clock::now() + kWaitLimit;
+    while (std::chrono::steady_clock::now() < end && WaitForForeground(window))
+    {
+        act();
+        if (IsInFront(window))
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool ActInFront(HWND window, const std::function<void()>& act,
                 const std::function<bool()>& hasEffect, std::chrono::milliseconds patience)
 {
-    const auto isInFront = [window] { return ::GetForegroundWindow() == window; };
     const auto end = std::chrono::steady_clock::now() + kWaitLimit;
-    while (std::chrono::steady_clock::now() < end && WaitForForeground(window))
+    bool isReady = WaitForForeground(window);
+    while (isReady && std::chrono::steady_clock::now() < end)
     {
         act();
-        WaitUntil([&] { return hasEffect() || !isInFront(); }, patience);
-        // The effect itself may have taken the foreground away.
+        WaitUntil([&] { return hasEffect() || !IsInFront(window); }, patience);
+        // The effect may still come while the foreground is away, and the window never be in front
+        // again.
+        isReady =
+            WaitUntil([&] { return hasEffect() || IsInFront(window) || AskForForeground(window); });
         if (hasEffect())
         {
             return true;

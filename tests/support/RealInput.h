@@ -23,7 +23,8 @@ bool ActInFront(HWND window, const std::function<void()>& act);
 /// captured the mouse, and takes over from the display which keys are down, which knows nothing of
 /// those that a test holds. And a button let go while another window has the foreground stays down:
 /// the release is for that window, and a thread that has the foreground back before it has heard of
-/// the loss keeps its capture. A key without a modifier is not lost.
+/// the loss keeps its capture. A key without a modifier is lost only where a step before it has
+/// moved the foreground; a test then does that step again as well.
 inline constexpr std::chrono::seconds kHoldPatience{3};
 
 /// The same, and waits for the effect; done again after `patience` without one as well. As it is,
