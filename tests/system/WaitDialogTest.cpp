@@ -52,7 +52,8 @@ protected:
     void EndBySteps(const std::function<void()>& steps) const
     {
         bool ended = false;
-        for (auto tries = kWaitLimit / kHoldPatience; tries > 0 && !ended; --tries)
+        for (auto tries = kWaitLimit / kHoldPatience; tries > 0 && !ended && !HasFatalFailure();
+             --tries)
         {
             steps();
             ended = WaitUntil([this] { return !::IsWindowVisible(dialog); }, kHoldPatience);
@@ -302,7 +303,8 @@ bool WaitUntilInFront(HWND dialog)
 
 // The window manager gives the focus back by itself, when it has given it to the other window
 // before. Asking for it as well would start a race between the two. Wine asks by itself, though:
-// now and then the dialog loses the foreground once more for some milliseconds, and a key with it.
+// now and then the dialog loses the foreground once more for some milliseconds, and a key may go
+// with it.
 void LoseFocusAndGetItBack(HWND dialog)
 {
     {
