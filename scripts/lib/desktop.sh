@@ -111,9 +111,7 @@ desktop_new_prefix()
 desktop_make_prefix()
 {
   timeout 180 "${desktop_wrapper[@]}" wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 || return
-  timeout 30 wineserver --kill # so that it writes the registry
-  timeout 30 wineserver --wait || return
-  desktop_remove_server_folder
+  desktop_end_wine || return # which writes the registry
   rm -rf "$WINEPREFIX/wineserver" "$1.new"
   mv "$WINEPREFIX" "$1.new" && mv "$1.new" "$1"
 }
@@ -132,6 +130,16 @@ desktop_remove_server_folder()
   [[ $name != wine-?????? ]] || rm -rf "/tmp/$name"
 }
 
+# Ends Wine; its result tells whether it has ended.
+desktop_end_wine()
+{
+  local result=0
+  timeout 30 wineserver --kill || true
+  timeout 30 wineserver --wait || result=$?
+  desktop_remove_server_folder
+  return "$result"
+}
+
 # Ends what runs, the desktop included.
 desktop_stop()
 {
@@ -142,9 +150,7 @@ desktop_stop()
     kill -- "-$interruptible_process" 2>/dev/null || true
   fi
   if [[ -d $desktop_folder/wine ]]; then
-    timeout 30 wineserver --kill || true
-    timeout 30 wineserver --wait || true
-    desktop_remove_server_folder
+    desktop_end_wine || true
   fi
   # Last started, first ended.
   local index

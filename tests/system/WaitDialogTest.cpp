@@ -42,8 +42,7 @@ protected:
     void EndBy(const std::function<void()>& act,
                std::chrono::milliseconds patience = kWaitLimit) const
     {
-        EXPECT_TRUE(
-            ActInFront(dialog, act, [this] { return !::IsWindowVisible(dialog); }, patience));
+        EXPECT_TRUE(ActInFront(dialog, act, [this] { return HasEnded(); }, patience));
     }
 
     /// The same for several steps, the last of which is to end the wait. What gets lost on the way
@@ -56,10 +55,13 @@ protected:
              --tries)
         {
             steps();
-            ended = WaitUntil([this] { return !::IsWindowVisible(dialog); }, kHoldPatience);
+            ended = WaitUntil([this] { return HasEnded(); }, kHoldPatience);
         }
         EXPECT_TRUE(ended);
     }
+
+private:
+    bool HasEnded() const { return !::IsWindowVisible(dialog); }
 };
 
 // --- Answers ---------------------------------------------------------------------------------
