@@ -225,12 +225,20 @@ bool ScriptedHost::WaitForAnswers(size_t count, std::chrono::milliseconds limit)
 
 bool ScriptedHost::WaitForFocus() const
 {
-    if (!RunsUnderWine())
+    constexpr std::chrono::seconds kPatience{3};
+    bool focused = !RunsUnderWine();
+    for (auto tries = kWaitLimit / kPatience; tries > 0 && !focused; --tries)
     {
-        return true;
+        std::unique_lock lock(m_mutex);
+        focused = m_changed.wait_for(lock, kPatience, [this] { return m_focused; });
+        lock.unlock(); // for the window procedure
+        if (!focused)
+        {
+            ::ShowWindow(m_window, SW_HIDE);
+            ::ShowWindow(m_window, SW_SHOW);
+        }
     }
-    std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, kWaitLimit, [&] { return m_focused; });
+    return focused;
 }
 
 ScriptedHost::Script AnswerWith(UINT n)

@@ -84,7 +84,9 @@ public:
     bool WaitForAnswers(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
     /// Waits until the desktop has given the window the keyboard focus that new windows get. Under
     /// Wine the window manager does so some time after the window is shown; what it still had to
-    /// say would otherwise arrive during the test's next step.
+    /// say would otherwise arrive during the test's next step. Wine 10 does not listen while it
+    /// still sees the window change its state; the window manager then says it again, of a window
+    /// that is hidden and shown again.
     bool WaitForFocus() const;
 
 private:
