@@ -34,8 +34,8 @@ private:
 };
 
 /// The system lets a thread set the foreground window only when it has a right to, as the thread of
-/// the current one does. Attached to the target's thread, that right is shared; this process's own
-/// thread is never attached.
+/// the current one does. Attached to the target's thread, that right is shared. This process's own
+/// thread is attached only when the foreground is its own, as it is when the wait dialog has it.
 void SetForegroundAttached(HWND target, DWORD targetThread, DWORD foregroundThread)
 {
     for (int attempt = 0; attempt < kAttachAttempts; ++attempt)

@@ -104,6 +104,18 @@ TEST_F(WindowActivation, MinimisedTargetIsRestoredInFront)
     EXPECT_TRUE(ActivationMakes(kThreadsAsked + kAttached + kRestored));
 }
 
+// The usual case: the wait dialog has just come to the front, so it is this process's own thread
+// that owns the foreground and is attached.
+TEST_F(WindowActivation, OwnThreadIsAttachedWhileItOwnsTheForeground)
+{
+    const DWORD own = ::GetCurrentThreadId();
+    m_platform.Window(m_foreground).thread = own;
+    const std::string threads = "AttachThreadInput(" + std::to_string(own) + ", 9, ";
+    EXPECT_TRUE(ActivationMakes(
+        kThreadsAsked +
+        Calls{threads + "TRUE)", "SetForegroundWindow(target)", threads + "FALSE)"} + kShown));
+}
+
 TEST_F(WindowActivation, ThirdAttemptSucceeds)
 {
     m_platform.attachRefusals = 2;
