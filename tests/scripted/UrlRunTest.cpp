@@ -63,6 +63,28 @@ TEST_F(UrlRun, ZeroEndsClassAndText)
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"Host\", \"Mein\")"} + m_notified));
 }
 
+// They count as given, and whoever reads them reads an empty text.
+TEST_F(UrlRun, NothingButAZeroIsAnEmptyNameToLookFor)
+{
+    EXPECT_EQ(ExitCode(L"nam=%00"), kResultCancelled);
+    EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(NULL, \"\")"} + m_notified));
+    m_platform.ForgetCalls();
+    EXPECT_EQ(ExitCode(L"kla=%00"), kResultCancelled);
+    EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"\", NULL)"} + m_notified));
+}
+
+TEST_F(UrlRun, NothingButAZeroIsAnEmptyPattern)
+{
+    m_platform.Window(m_target).text.clear();
+    EXPECT_EQ(ExitCode(L"seaglob&nam=%00"), kResultCancelled);
+    EXPECT_TRUE(m_platform.Made(
+        Calls{"EnumWindows()", "GetWindowTextW(target, zeroed buffer, 4096)"} + m_notified));
+    m_platform.ForgetCalls();
+    EXPECT_EQ(ExitCode(L"seaglob&kla=%00"), kResultWindowNotFound);
+    EXPECT_TRUE(
+        m_platform.Made({"EnumWindows()", "RealGetWindowClassW(target, zeroed buffer, 4096)"}));
+}
+
 TEST_F(UrlRun, ZeroEndsAPattern)
 {
     EXPECT_EQ(ExitCode(L"seaglob&nam=Host*%00x"), kResultCancelled);

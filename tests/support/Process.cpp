@@ -29,10 +29,16 @@ bool Create(const std::filesystem::path& program, const std::wstring& commandLin
 
 } // namespace
 
-Process::Process(const std::filesystem::path& program, const std::wstring& commandLine)
+Process::Process(const std::filesystem::path& program, const std::wstring& commandLine,
+                 std::optional<WORD> showCommand)
 {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
+    if (showCommand)
+    {
+        startup.dwFlags = STARTF_USESHOWWINDOW;
+        startup.wShowWindow = *showCommand;
+    }
     if (!Create(program, commandLine, startup, m_information))
     {
         throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(),

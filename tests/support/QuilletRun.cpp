@@ -46,7 +46,8 @@ BOOL CALLBACK TakeIfWanted(HWND window, LPARAM parameter)
 
 } // namespace
 
-QuilletRun::QuilletRun(std::wstring_view arguments) : Process(QuilletPath(), CommandLine(arguments))
+QuilletRun::QuilletRun(std::wstring_view arguments, std::optional<WORD> showCommand)
+    : Process(QuilletPath(), CommandLine(arguments), showCommand)
 {
 }
 

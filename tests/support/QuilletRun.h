@@ -13,8 +13,9 @@ class QuilletRun : public Process
 {
 public:
     /// Starts the built program with the raw text `arguments` after its quoted path; the text
-    /// begins with the blank that the first switch needs.
-    explicit QuilletRun(std::wstring_view arguments);
+    /// begins with the blank that the first switch needs. `showCommand`: see Process.
+    explicit QuilletRun(std::wstring_view arguments,
+                        std::optional<WORD> showCommand = std::nullopt);
 
     /// The command line that such a run is started with.
     static std::wstring CommandLine(std::wstring_view arguments);

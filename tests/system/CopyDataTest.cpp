@@ -1,7 +1,9 @@
 // The delivery by WM_COPYDATA, seen by hosts that check what arrives and behave in every way a host
 // can.
 #include "app/ResultCode.h"
+#include "res/resource.h"
 #include "tests/support/BytesAsText.h"
+#include "tests/support/DialogProbe.h"
 #include "tests/support/HostProcess.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
@@ -409,6 +411,67 @@ TEST(CopyData, AnAnswerSentFromInsideTheHandlerOnlyHidesTheDialog)
     EXPECT_EQ(RunQuillet(L" -copydata=abc -kla=" + host.ClassName()), 9);
     EXPECT_TRUE(shownBefore);
     EXPECT_FALSE(shownAfter);
+}
+
+/// The About box that this dialog has opened, once it is shown.
+HWND WaitForAboutBox(HWND dialog)
+{
+    DWORD process = 0;
+    ::GetWindowThreadProcessId(dialog, &process);
+    HWND box = nullptr;
+    WaitUntil([&] {
+        box = FindProcessWindow(process, nullptr, L"Info über Quillet");
+        return ::IsWindowVisible(box);
+    });
+    return box;
+}
+
+// The box that the host opens has a loop of its own, which takes the answer before the wait has
+// begun. Kept on purpose, like the answer that is sent too early.
+TEST(CopyData, AnAnswerTakenByAnAboutBoxInsideTheHandlerOnlyHidesTheDialog)
+{
+    HWND box = nullptr;
+    bool hidden = false;
+    const ScriptedHost host(UniqueHost(),
+                            [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+                                const HWND dialog = DialogOf(message);
+                                ::SendNotifyMessageW(dialog, WM_SYSCOMMAND, IDM_ABOUTBOX, 0);
+                                box = WaitForAboutBox(dialog);
+                                ::PostMessageW(dialog, WM_USER + 7, 0, 0);
+                                hidden = WaitUntil([&] { return !::IsWindowVisible(dialog); });
+                                return TRUE;
+                            });
+    const QuilletRun run(L" -copydata=abc -kla=" + host.ClassName());
+    ASSERT_TRUE(host.WaitForAnswers(1));
+    EXPECT_TRUE(hidden);
+    ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+    ASSERT_TRUE(WaitUntil([&] { return !::IsWindow(box); }));
+    // It waits, unseen, and the next answer is the one.
+    const HWND dialog = run.WaitForWaitingDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_FALSE(::IsWindowVisible(dialog));
+    ::PostMessageW(dialog, WM_USER + 9, 0, 0);
+    EXPECT_EQ(run.WaitForExit(), 9);
+}
+
+// Two runs at once with one host: each gets the answer that is meant for it.
+TEST(CopyData, AHostMayCallItselfInsideTheHandler)
+{
+    std::optional<QuilletRun> inner;
+    const std::wstring className = UniqueName(L"Host");
+    const ScriptedHost host(
+        {className, L"Host"}, [&](HWND, const ReceivedMessage& message) -> std::optional<LRESULT> {
+            const bool isOuter = message.Text() == L"outer";
+            if (isOuter)
+            {
+                inner.emplace(L" -copydata=inner -kla=" + className);
+            }
+            ::PostMessageW(DialogOf(message), WM_USER + (isOuter ? 8 : 5), 0, 0);
+            return TRUE;
+        });
+    EXPECT_EQ(RunQuillet(L" -copydata=outer -kla=" + className), 8);
+    ASSERT_TRUE(inner.has_value());
+    EXPECT_EQ(inner->WaitForExit(), 5);
 }
 
 } // namespace

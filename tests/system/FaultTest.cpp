@@ -4,6 +4,7 @@
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/HostProcess.h"
 #include "tests/support/QuilletRun.h"
+#include "tests/support/RealInput.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 
@@ -85,6 +86,35 @@ TEST(Fault, NotificationToAHungHostDoesNotWait)
     ASSERT_TRUE(host.WaitUntilReceived());
     EXPECT_EQ(RunQuillet(L" -nodlg -msg=5 -kla=" + name), kResultCancelled);
     EXPECT_TRUE(hanging.IsRunning());
+}
+
+// Showing a window of another thread waits until that thread has dealt with it. The platform does
+// so for one that is restored, and not for one that is only shown once more.
+TEST(Fault, ActivatingAHungHostWaitsForItOnlyWhenItIsMinimised)
+{
+    constexpr std::chrono::milliseconds kAMoment{500};
+    for (const bool minimised : {false, true})
+    {
+        SCOPED_TRACE(minimised);
+        const std::wstring name = UniqueName(L"FaultHost");
+        HostProcess host(name, L"Host", minimised ? L"minimised hang" : L"hang");
+        const QuilletRun hanging(L" -nodlg -copydata=abc -kla=" + name);
+        ASSERT_TRUE(host.WaitUntilReceived());
+        const ScriptedHost inFront(UniqueHost());
+        ASSERT_TRUE(WaitForForeground(inFront.Handle()));
+
+        const QuilletRun run(L" -activatewindow -msg=5 -kla=" + name);
+        const HWND dialog = run.WaitForDialog();
+        ASSERT_NE(dialog, nullptr);
+        // The step before the one that waits.
+        ASSERT_TRUE(WaitUntil([&] { return ::GetForegroundWindow() == host.Window(); }));
+        Cancel(dialog);
+        EXPECT_EQ(run.WaitForExit(minimised ? kAMoment : kWaitLimit),
+                  minimised ? std::nullopt : std::optional<int>(kResultCancelled));
+        host.Kill();
+        // It goes on then, and the notification finds no window.
+        EXPECT_EQ(run.WaitForExit(), minimised ? kResultSendFailed : kResultCancelled);
+    }
 }
 
 // Windows puts a window of its own, of the class Ghost, in the place of one that has not looked for

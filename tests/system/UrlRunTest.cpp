@@ -162,6 +162,7 @@ TEST_F(UrlRun, ParametersTakeEffectInTheRun)
         {L" -nodlg -kla=HOST -url=x?copydata=eins%0D%0Azwei", Sent(L"eins\r\nzwei")},
         // An embedded zero is a unit like any other in UTF-16, and the end in a converted text.
         {L" -nodlg -kla=HOST -url=x?copydata=a%00b", Sent(std::wstring(L"a\0b", 3))},
+        {L" -nodlg -kla=HOST -url=x?copydata=%00", Sent(std::wstring(1, L'\0'))},
         // A "%" before the last unit is no escape.
         {L" -nodlg -kla=HOST -url=x?copydata=50%2", Sent(L"50%2")},
     };
@@ -169,6 +170,24 @@ TEST_F(UrlRun, ParametersTakeEffectInTheRun)
     {
         EXPECT_EQ(Run(arguments), outcome) << testing::PrintToString(std::wstring(arguments));
     }
+}
+
+// A text that begins with a zero counts as given, and whoever reads it reads an empty one: a window
+// without a title is found, a class never.
+TEST_F(UrlRun, NothingButAZeroLooksForAnUntitledWindow)
+{
+    const ScriptedHost untitled({UniqueName(L"untitled")});
+    for (const auto* search : {L"", L"&seaglob"})
+    {
+        SCOPED_TRACE(testing::PrintToString(search));
+        EXPECT_EQ(RunQuillet(L" -nodlg -url=x?nam=%00&kla=" + untitled.ClassName() + search),
+                  kResultCancelled);
+        EXPECT_EQ(Run(std::wstring(L" -nodlg -url=x?kla=HOST&nam=%00") + search),
+                  NothingReceived(kResultWindowNotFound));
+        EXPECT_EQ(Run(std::wstring(L" -nodlg -url=x?nam=TITLE&kla=%00") + search),
+                  NothingReceived(kResultWindowNotFound));
+    }
+    EXPECT_EQ(untitled.ReceivedSoFar().size(), 2u);
 }
 
 TEST_F(UrlRun, QuotesDecideWhereTheUrlEnds)

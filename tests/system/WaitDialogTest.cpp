@@ -139,6 +139,32 @@ TEST_F(WaitDialog, SentAnswerEndsTheWait)
     EXPECT_EQ(run.WaitForExit(), 8);
 }
 
+// Only what is addressed to the dialog counts.
+TEST_F(WaitDialog, AnswerPostedToTheThreadIsNone)
+{
+    ::PostThreadMessageW(run.MainThreadId(), WM_USER + 5, 0, 0);
+    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    EXPECT_TRUE(IsWaiting(run, dialog));
+    Post(WM_USER + 3);
+    EXPECT_EQ(run.WaitForExit(), 3);
+}
+
+TEST_F(WaitDialog, AnswerEndsADialogThatAnotherProgramHasDisabled)
+{
+    ::EnableWindow(dialog, FALSE);
+    ASSERT_FALSE(::IsWindowEnabled(dialog));
+    Post(WM_USER + 5);
+    EXPECT_EQ(run.WaitForExit(), 5);
+}
+
+// A notification to the dialog's caption is an answer like any other.
+TEST_F(WaitDialog, AnotherRunCanAnswer)
+{
+    EXPECT_EQ(RunQuillet(std::wstring(L" -nodlg -msg=12 -nam=\"") + kWaitDialogCaption + L'"'),
+              kResultCancelled);
+    EXPECT_EQ(run.WaitForExit(), 12);
+}
+
 // --- Other ends ------------------------------------------------------------------------------
 
 // A result below WM_USER other than the cancel command is the exit code itself.

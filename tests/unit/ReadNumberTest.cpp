@@ -81,7 +81,7 @@ TEST(ReadNumber, FollowsTheScanRules)
 // More than ASCII has, and the same for the scan as for the platform's own question.
 TEST(ReadNumber, PassesOverWhatThePlatformCallsWhiteSpace)
 {
-    for (const wchar_t unit : {L'\u00A0', L'\u2029', L'\u3000', L'\u200B'})
+    for (const wchar_t unit : {L'\u00A0', L'\u2028', L'\u2029', L'\u3000', L'\u200B'})
     {
         const std::wstring text = unit + std::wstring(L"9");
         EXPECT_EQ(Read<std::int32_t>(text.c_str()), std::iswspace(unit) != 0 ? 9 : kUnchanged)
