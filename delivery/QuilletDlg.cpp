@@ -46,9 +46,32 @@ LRESULT CQuilletDlg::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     if (message - WM_USER <= kHighestAnswer)
     {
         EndDialog(static_cast<int>(message));
+        LeavePlatformLoop();
     }
     // An answer gets its default processing, too.
     return CDialog::WindowProc(message, wParam, lParam);
+}
+
+// An open menu and a window that is being moved each have a loop of the platform's own, which
+// swallows what would wake the dialog's: the run would wait until its user is done, and longer when
+// the window that is moved has gone. WM_CANCELMODE closes a menu; the moving it would only make
+// deaf to the mouse, so that one is told that the button is up.
+void CQuilletDlg::LeavePlatformLoop()
+{
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof(thread);
+    if (!::GetGUIThreadInfo(::GetCurrentThreadId(), &thread))
+    {
+        return;
+    }
+    if (thread.hwndMenuOwner == m_hWnd)
+    {
+        SendMessage(WM_CANCELMODE);
+    }
+    if (thread.hwndMoveSize == m_hWnd)
+    {
+        PostMessage(WM_LBUTTONUP);
+    }
 }
 
 BOOL CQuilletDlg::OnInitDialog()

@@ -23,6 +23,8 @@ protected:
     HCURSOR OnQueryDragIcon();
 
 private:
+    /// Ends what the user is doing with the dialog's menu or caption.
+    void LeavePlatformLoop();
     void AppendAboutEntry(CMenu& systemMenu);
     void PaintMinimised();
 

@@ -132,12 +132,26 @@ void CDialog::OnOK()
 {
     CDataExchange exchange{TRUE};
     DoDataExchange(&exchange);
-    EndDialog(IDOK);
+    EndByCommand(IDOK);
 }
 
 void CDialog::OnCancel()
 {
-    EndDialog(IDCANCEL);
+    EndByCommand(IDCANCEL);
+}
+
+// A command that comes as a message can find the dialog's menu open. The menu's loop is the
+// platform's own and swallows what would wake the dialog's, so the menu is closed; the vendor's
+// framework leaves that to the user.
+void CDialog::EndByCommand(int result)
+{
+    EndDialog(result);
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof(thread);
+    if (::GetGUIThreadInfo(::GetCurrentThreadId(), &thread) && thread.hwndMenuOwner == m_hWnd)
+    {
+        SendMessage(WM_CANCELMODE);
+    }
 }
 
 BOOL CDialog::PreTranslateMessage(MSG* message)

@@ -42,6 +42,7 @@ private:
     static INT_PTR CALLBACK DialogProc(HWND hwnd, UINT message, WPARAM wParam,
                                        LPARAM lParam) noexcept;
     void PressButton();
+    void EndByCommand(int result);
 
     UINT m_idTemplate;
     CWnd* m_parent;

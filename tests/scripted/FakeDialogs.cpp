@@ -82,6 +82,15 @@ int WINAPI FakeMessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
     return IDOK;
 }
 
+BOOL WINAPI FakeGetGUIThreadInfo(DWORD thread, PGUITHREADINFO info)
+{
+    EXPECT_EQ(thread, ::GetCurrentThreadId());
+    EXPECT_EQ(info->cbSize, sizeof(*info));
+    info->hwndMenuOwner = Platform().menuOwner;
+    info->hwndMoveSize = Platform().moving;
+    return TRUE;
+}
+
 HMENU WINAPI FakeGetSystemMenu(HWND window, BOOL revert)
 {
     Record("GetSystemMenu", window, TrueOrFalse(revert));

@@ -98,6 +98,50 @@ TEST_F(QuilletDlg, ButtonsEndItWithTheirCommand)
     EXPECT_TRUE(m_platform.Made({"EndDialog(dialog, 2)", "EndDialog(dialog, 1)"}));
 }
 
+// What wakes the dialog's loop is lost in a menu's.
+TEST_F(QuilletDlg, EveryEndClosesItsOpenMenu)
+{
+    struct Row
+    {
+        UINT message;
+        WPARAM wParam;
+        const char* ended;
+    };
+    for (const Row& row : {Row{WM_USER + 9, 0, "EndDialog(dialog, 1033)"},
+                           Row{WM_COMMAND, IDCANCEL, "EndDialog(dialog, 2)"},
+                           Row{WM_COMMAND, IDOK, "EndDialog(dialog, 1)"}})
+    {
+        SCOPED_TRACE(row.ended);
+        CreateUnrecorded();
+        m_platform.menuOwner = m_dialog->m_hWnd;
+        Send(row.message, row.wParam);
+        EXPECT_TRUE(m_platform.Made({row.ended, "SendMessageW(dialog, 0x1f)"}));
+    }
+}
+
+TEST_F(QuilletDlg, AnAnswerEndsItsMoving)
+{
+    CreateUnrecorded();
+    m_platform.moving = m_dialog->m_hWnd;
+    Send(WM_USER + 9);
+    EXPECT_TRUE(m_platform.Made({"EndDialog(dialog, 1033)"}));
+    const auto posted = m_platform.NextMessage();
+    ASSERT_TRUE(posted.has_value());
+    EXPECT_EQ(posted->message, static_cast<UINT>(WM_LBUTTONUP));
+    EXPECT_FALSE(m_platform.NextMessage().has_value());
+}
+
+// Not its own: there is nothing that it could close.
+TEST_F(QuilletDlg, LeavesTheMenuAndTheMovingOfAnotherWindow)
+{
+    CreateUnrecorded();
+    m_platform.menuOwner = m_platform.moving = m_platform.AddWindow({});
+    Send(WM_USER + 9);
+    Send(WM_COMMAND, IDCANCEL);
+    EXPECT_TRUE(m_platform.Made({"EndDialog(dialog, 1033)", "EndDialog(dialog, 2)"}));
+    EXPECT_FALSE(m_platform.NextMessage().has_value());
+}
+
 TEST_F(QuilletDlg, AboutCommandIsMasked)
 {
     for (const WPARAM command : {16u, 17u, 31u, 0x10010u, 0xFFFF001Fu})

@@ -70,6 +70,10 @@ public:
     std::function<void(const COPYDATASTRUCT&)> duringCopyData = [](const COPYDATASTRUCT&) {};
     bool dialogsCanBeMade = true;
     bool hasSystemMenu = true;
+    /// The window whose menu is open.
+    HWND menuOwner = nullptr;
+    /// The window that its user is moving.
+    HWND moving = nullptr;
     /// String 101 of the string table.
     std::wstring aboutText = L"About";
     SIZE clientSize{0, 0};
