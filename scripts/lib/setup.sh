@@ -14,8 +14,16 @@ fail()
   exit 1
 }
 
+# The resource compiler puts paths into a line for the shell, as they are.
+[[ $root != *[$'&;$`()\'"<>|\\\n']* ]] ||
+  fail "the path $root has one of the characters & ; \$ \` ( ) ' \" < > | \\, which tools of the build would give to a shell:" \
+    "move the checkout"
+{ mkdir -p "$root/build" && [[ -w $root/build ]]; } 2>/dev/null ||
+  fail "cannot write to $root/build; the checkout belongs to $(stat --format %U "$root"): work in a clone of your own"
+
 wanted=()
 for group in "$@"; do
+  [[ -v packages_$group ]] || fail "there is no group of packages called $group, see scripts/lib/packages.sh"
   declare -n packages="packages_$group"
   wanted+=("${packages[@]}")
 done
@@ -49,17 +57,19 @@ fi
 # A slow mirror or another apt-get at work is waited for, within limits.
 apt()
 {
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes \
+  "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes \
     -o Acquire::Retries=2 -o Acquire::http::Timeout=30 -o Acquire::https::Timeout=30 \
     -o DPkg::Lock::Timeout=300 "$@" </dev/null >>"$log" 2>&1
 }
 
-mkdir -p "$root/build"
 : >"$log"
 echo "setup: installing ${missing[*]}; details in build/setup.log"
 apt update || true # one broken source among several is no reason to stop
 if ! apt install --no-install-recommends "${missing[@]}"; then
-  if grep -qE 'Could not resolve|Failed to fetch|Could not connect|Connection (failed|timed out)' "$log"; then
+  # An empty log could not be written.
+  if [[ ! -s $log ]] || grep -qE 'No space left|enough free space' "$log"; then
+    fail "a disk is full: $(df --human-readable --output=avail,target "$root" /var/cache/apt / | sed 1d | sort -u | xargs)"
+  elif grep -qE 'Could not resolve|Failed to fetch|Could not connect|Connection (failed|timed out)' "$log"; then
     fail "the Debian mirror cannot be reached: this machine needs a network for the first run, see build/setup.log"
   elif grep -q 'Unable to locate package' "$log"; then
     fail "the package sources of this machine do not have all packages: the lists in /etc/apt must name" \
