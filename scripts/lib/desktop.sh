@@ -1,11 +1,12 @@
 # shellcheck shell=bash
-# A virtual desktop for Windows programs: display, window manager and a fresh Wine prefix. For sourcing:
+# Virtual desktops for Windows programs: display, window manager and a fresh Wine prefix each. For sourcing:
 #
-#   desktop_start            a desktop of its own; afterwards DISPLAY, WINEPREFIX and the like are set
+#   desktop_start COUNT      desktops of one's own; afterwards DISPLAY, WINEPREFIX and the like are those of the first one, and
+#                            QUILLET_DESKTOPS is the file that tells CTest of all; with on_desktop, a test takes one of them
 #   interruptible COMMAND…   runs a command so that a signal to the script ends it at once
 #
 # Whatever way the script that sources this ends, what was started here ends with it.
-# Several desktops can exist side by side: each takes a free display number and a Wine prefix in a new folder.
+# Several runs can have desktops at the same time: each takes free display numbers and Wine prefixes in a new folder.
 # Let Wine programs write into files, never into pipes: Wine's services inherit a pipe and hold it open.
 
 desktop_cache=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)/build
@@ -48,31 +49,43 @@ wait_until()
   done
 }
 
+# As many as the tests make good use of: one more than there are cores, since tests of windows mostly wait.
+desktop_many()
+{
+  echo $(($(nproc) + 1))
+}
+
 desktop_start()
 {
+  local id ids=() entries=()
+  for ((id = 0; id < $1; ++id)); do
+    ids+=("$id")
+    entries+=("{ \"id\": \"$id\" }")
+  done
   desktop_folder=$(mktemp -d "${TMPDIR:-/tmp}/quillet-desktop.XXXXXXXX")
+  desktop_settings
+  # Step by step all of them, since each step takes its time.
+  for id in "${ids[@]}"; do desktop_start_display "$id"; done
+  for id in "${ids[@]}"; do desktop_start_window_manager "$id"; done
+  for id in "${ids[@]}"; do desktop_start_wine "$id"; done
+  for id in "${ids[@]}"; do
+    wait_until 180 grep ready "$desktop_folder/$id/resident.log" ||
+      desktop_fail "Wine does not start: $(tail -n 1 "$desktop_folder/$id/resident.log")"
+  done
+  desktop_choose 0
+  export QUILLET_DESKTOPS=$desktop_folder/desktops.json CTEST_PARALLEL_LEVEL=${#ids[@]}
+  local IFS=,
+  echo "{ \"version\": { \"major\": 1, \"minor\": 0 }, \"local\": [{ \"desktop\": [${entries[*]}] }] }" >"$QUILLET_DESKTOPS"
+}
 
-  # With -displayfd the server looks for a free number itself and writes it when it is ready. Without -noreset it would
-  # start anew whenever its last client leaves, and refuse the one that comes just then.
-  local screen=${QUILLET_SCREEN:-1024x768x24}
-  Xvfb -displayfd 3 -screen 0 "$screen" -nolisten tcp -noreset 3>"$desktop_folder/display" >"$desktop_folder/xvfb.log" 2>&1 &
-  desktop_processes+=($!)
-  wait_until 30 test -s "$desktop_folder/display" ||
-    desktop_fail "the display server does not start: $(tail -n 1 "$desktop_folder/xvfb.log")"
-  DISPLAY=:$(<"$desktop_folder/display")
-  export DISPLAY
-
+# What all desktops of a run have in common.
+desktop_settings()
+{
   # The distribution's settings, whatever the user's own are, but without hot keys (all keys belong to the programs)
   # and with the buttons of a dialog's title bar only, which leave room for the title.
-  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' \
-    /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
-  openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$desktop_folder/openbox.log" 2>&1 &
-  desktop_processes+=($!)
-  # A question that only a window manager which is ready lets succeed.
-  wait_until 30 xdotool get_num_desktops ||
-    desktop_fail "the window manager does not start: $(tail -n 1 "$desktop_folder/openbox.log")"
+  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
 
-  export WINEPREFIX=$desktop_folder/wine WINEARCH=win64 WINEDEBUG=-all
+  export WINEARCH=win64 WINEDEBUG=-all
   # No questions about optional components, no debugger that prints a page when a program crashes, no
   # entries in the user's own menus.
   export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d'
@@ -80,16 +93,51 @@ desktop_start()
   unset TMPDIR
   # A UTF-8 locale that every Debian has: Wine reads program arguments by it. Windows' ANSI code page is 1252 then.
   export LC_ALL=C.UTF-8
+}
+
+# Programs that start from now on are on this desktop: desktop_choose ID
+desktop_choose()
+{
+  DISPLAY=:$(<"$desktop_folder/$1/display")
+  export DISPLAY WINEPREFIX=$desktop_folder/$1/wine
+}
+
+# With -displayfd the server looks for a free number itself and writes it when it is ready. Without -noreset it would
+# start anew whenever its last client leaves, and refuse the one that comes just then.
+desktop_start_display()
+{
+  local folder=$desktop_folder/$1
+  mkdir "$folder"
+  Xvfb -displayfd 3 -screen 0 "${QUILLET_SCREEN:-1024x768x24}" -nolisten tcp -noreset \
+    3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
+  desktop_processes+=($!)
+}
+
+desktop_start_window_manager()
+{
+  local folder=$desktop_folder/$1
+  wait_until 30 test -s "$folder/display" ||
+    desktop_fail "the display server does not start: $(tail -n 1 "$folder/xvfb.log")"
+  desktop_choose "$1"
+  openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$folder/openbox.log" 2>&1 &
+  desktop_processes+=($!)
+}
+
+desktop_start_wine()
+{
+  local folder=$desktop_folder/$1
+  desktop_choose "$1"
+  # A question that only a window manager which is ready lets succeed.
+  wait_until 30 xdotool get_num_desktops ||
+    desktop_fail "the window manager does not start: $(tail -n 1 "$folder/openbox.log")"
   desktop_new_prefix || desktop_fail "Wine cannot set up its folder: $(tail -n 1 "$desktop_folder/wineboot.log")"
   # The first program reports and stays until the desktop ends: Wine's services end with the last program, and the first
   # window of every program after that would wait ten seconds for them in vain. Before that it has rundll32 open a window,
-  # for which Wine starts the desktop's own process: started by a test, it would hold the test's output open.
-  mkfifo "$desktop_folder/never"
+  # for which Wine starts the desktop's own process: started by a test, it would end with it.
+  mkfifo "$folder/never"
   "${desktop_wrapper[@]}" wine cmd /c 'rundll32 user32.dll,GetDesktopWindow& echo ready& set /p line=' \
-    <>"$desktop_folder/never" >"$desktop_folder/resident.log" 2>&1 &
+    <>"$folder/never" >"$folder/resident.log" 2>&1 &
   desktop_processes+=($!)
-  wait_until 180 grep ready "$desktop_folder/resident.log" ||
-    desktop_fail "Wine does not start: $(tail -n 1 "$desktop_folder/resident.log")"
 }
 
 # A new prefix is the same every time and takes Wine four seconds of computing, so it is made once and copied. It holds
@@ -97,20 +145,22 @@ desktop_start()
 desktop_new_prefix()
 {
   local made
-  made=$desktop_cache/$(wine --version | tr -cd '[:alnum:].-')-prefix-of-$(id -un)
+  made=$desktop_cache/$(wine --version | tr -cd '[:alnum:].-')-win10-of-$(id -un)
   mkdir -p "$desktop_cache"
   # Who comes meanwhile waits. What Wine starts must not hold the lock, since its server outlives the call.
   (
     flock --timeout 180 9 || exit
     [[ -d $made ]] || desktop_make_prefix "$made" 9>&-
   ) 9>"$made.lock" || return
-  cp --archive "$made" "$WINEPREFIX"
+  cp --archive "$made" "$WINEPREFIX" 2>"$desktop_folder/wineboot.log"
 }
 
 # All of it is there in the end, or nothing: desktop_make_prefix FOLDER
 desktop_make_prefix()
 {
   timeout 180 "${desktop_wrapper[@]}" wine wineboot --init >"$desktop_folder/wineboot.log" 2>&1 || return
+  # As old as it has to be for the program; Wine 8 begins as Windows 7.
+  timeout 60 "${desktop_wrapper[@]}" wine winecfg -v win10 >>"$desktop_folder/wineboot.log" 2>&1 || return
   desktop_end_wine || return # which writes the registry
   rm -rf "$WINEPREFIX/wineserver" "$1.new"
   mv "$WINEPREFIX" "$1.new" && mv "$1.new" "$1"
@@ -122,25 +172,19 @@ desktop_scale()
   wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f >"$desktop_folder/reg.log" 2>&1
 }
 
-# Debian's Wine keeps its server's socket in a folder of /tmp, writes the folder's name into the prefix and leaves both behind.
-desktop_remove_server_folder()
-{
-  local name
-  name=$(cat "$desktop_folder/wine/wineserver" 2>/dev/null) || return 0
-  [[ $name != wine-?????? ]] || rm -rf "/tmp/$name"
-}
-
-# Ends Wine; its result tells whether it has ended.
+# Ends Wine on the chosen desktop; its result tells whether it has ended. Debian's Wine keeps its server's socket in a folder of
+# /tmp, writes the folder's name into the prefix and leaves both behind.
 desktop_end_wine()
 {
-  local result=0
+  local result=0 name
   timeout 30 wineserver --kill || true
   timeout 30 wineserver --wait || result=$?
-  desktop_remove_server_folder
+  name=$(cat "$WINEPREFIX/wineserver" 2>/dev/null) || true
+  [[ $name != wine-?????? ]] || rm -rf "/tmp/$name"
   return "$result"
 }
 
-# Ends what runs, the desktop included.
+# Ends what runs, the desktops included.
 desktop_stop()
 {
   local result=$?
@@ -149,9 +193,10 @@ desktop_stop()
   if [[ -n $interruptible_process ]]; then
     kill -- "-$interruptible_process" 2>/dev/null || true
   fi
-  if [[ -d $desktop_folder/wine ]]; then
-    desktop_end_wine || true
-  fi
+  local prefix
+  for prefix in "${desktop_folder:-/none}"/*/wine; do
+    [[ ! -d $prefix ]] || WINEPREFIX=$prefix desktop_end_wine || true
+  done
   # Last started, first ended.
   local index
   for ((index = ${#desktop_processes[@]} - 1; index >= 0; --index)); do

@@ -5,15 +5,12 @@ import collections
 import os
 import pathlib
 import random
-import re
 import shutil
-import signal
 import subprocess
 import sys
 import time
 
 from mutants import mutants_of
-from suites import filter_of
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 WORK = ROOT / "build/mutate"
@@ -21,37 +18,22 @@ TREE = WORK / "tree"
 BUILD = TREE / "build/mingw-release"
 FOLDERS = ("app", "target", "delivery", "framework", "runtime")
 
-# A step builds a target and runs a test program with this filter; the steps go from quick to thorough.
-Step = collections.namedtuple("Step", "target program filter")
-SLOW_UNIT_TESTS = filter_of("AbnormalEndDeathTest", "GatheringAtRandom", "GlobMatchAtRandom", "LongUrl", "LongUrlDeathTest",
-                            "StackProtectorDeathTest")
-# Take minutes, and repeat as a whole what the others look at one by one.
-LEFT_OUT = filter_of("Load", "Matrix")
-# Which real runs are most likely to notice a defect of a folder.
-WAIT_DIALOG = ("WaitDialog", "CancellingAction", "HarmlessAction", "RandomActions", "AboutBox", "AboutBoxKey", "AboutCommand",
-               "ModalAboutBox", "TwoAboutBoxes")
-NEAREST_RUNS = {
-    "app": filter_of("RunFlow", "UrlRun"),
-    "target": filter_of("Activation", "PatternSearch"),
-    "delivery": filter_of("CopyData", "CopyDataEncoding", *WAIT_DIALOG),
-    "framework": filter_of("RunFlow", *WAIT_DIALOG),
-    "runtime": filter_of("RunFlow"),
-}
-PROGRAMS = ("unit_tests", "scripted_tests", "system_tests", "recipe_tests", "quillet", "test_host", "example_host")
+# A step builds a target and runs the tests that these options choose; the steps go from quick to thorough.
+Step = collections.namedtuple("Step", "target options")
 
 
 def steps_for(folder, quick):
     steps = [
-        Step("scripted_tests", "scripted_tests", "*"),
-        Step("unit_tests", "unit_tests", f"-{SLOW_UNIT_TESTS}"),
-        Step("unit_tests", "unit_tests", SLOW_UNIT_TESTS),
+        Step("scripted_tests", ("-R", r"^scripted\.")),
+        Step("unit_tests", ("-R", r"^unit\.", "-LE", "random")),
+        Step("unit_tests", ("-R", r"^unit\.", "-L", "random")),
     ]
-    nearest = NEAREST_RUNS[folder]
+    # The last ones take minutes, and repeat as a whole what the others look at one by one. On a busy machine a real run may fail by
+    # itself, so it has to fail twice.
+    real = ("--repeat", "until-pass:2", "-R", r"^(system|program_file|recipes)\.")
     return steps if quick else steps + [
-        Step("all", "system_tests", f"{nearest}-{LEFT_OUT}"),
-        Step("all", "program_file_tests", "*"),
-        Step("all", "recipe_tests", "*"),
-        Step("all", "system_tests", f"-{nearest}:{LEFT_OUT}"),
+        Step("all", (*real, "-L", f"^{folder}$", "-LE", "^(matrix|load)$")),
+        Step("all", (*real, "-LE", f"^({folder}|matrix|load)$")),
     ]
 
 
@@ -131,59 +113,31 @@ def build(target, environment=None):
                               env=os.environ | (environment or {})).returncode == 0
 
 
-def end_what_is_left():
-    """Ends what a test that failed or hung may have left running on this desktop, which is our own."""
-    images = [word for name in PROGRAMS for word in ("/im", f"{name}.exe")]
-    subprocess.run(["wine", "taskkill", "/f", *images], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                   stderr=subprocess.DEVNULL, timeout=60)
-
-
-def run_test(program, test_filter, limit):
-    """Runs a test program up to its first failure; gives the name of the test that noticed something, or None."""
-    log_path = WORK / "test.log"
+def noticed_by(step):
+    """The first test that fails, or None."""
     # Random tests look at the same for every mutant, and did so without a defect.
     environment = os.environ | {"QUILLET_TEST_SEED": "1"}
-    with log_path.open("wb") as log:
-        process = subprocess.Popen(
-            ["wine", str(BUILD / f"{program}.exe"), "--gtest_fail_fast", f"--gtest_filter={test_filter}"],
-            stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=environment, start_new_session=True)
-        try:
-            result = process.wait(limit)
-        except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
-            result = None
-    if result == 0:
+    failed = BUILD / "Testing/Temporary/LastTestsFailed.log"
+    failed.unlink(missing_ok=True)
+    with (WORK / "test.log").open("wb") as log:
+        passed = subprocess.run(["ctest", "--preset", "mingw-release", "--stop-on-failure", *step.options], cwd=TREE,
+                                stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=environment).returncode == 0
+    if passed:
         return None
-    if result is None or program not in ("scripted_tests", "unit_tests"):
-        end_what_is_left()
-    log = log_path.read_text(encoding="utf-8", errors="replace")
-    failed = re.findall(r"^\[  FAILED  \] (\S+\.[^\s,]+)", log, re.MULTILINE) or re.findall(r"\[ RUN      \] (\S+)", log)
-    return (failed or ["start"])[-1]
-
-
-def noticed_by(step, limit):
-    """The test that fails, also when it is repeated: on a busy machine a real run may fail by itself."""
-    for _ in range(2):
-        test = run_test(step.program, step.filter, limit)
-        if test is None or step.target != "all" or run_test(step.program, test, limit):
-            return test
-    return None
+    # Without a name, a program could not even list its tests.
+    return failed.read_text(encoding="utf-8").splitlines()[0].split(":", 1)[1] if failed.exists() else "start"
 
 
 class Tester:
     def __init__(self, quick):
-        """Runs everything once without a defect: all must pass, and it tells how long to wait for each step."""
+        """Runs everything once without a defect: all must pass."""
         self.quick = quick
-        self.limits = []
         for step in steps_for(FOLDERS[0], quick):
             if not build(step.target):
                 sys.exit(f"does not build without a defect: {WORK / 'build.log'}")
-            begin = time.monotonic()
-            test = noticed_by(step, 600)
+            test = noticed_by(step)
             if test:
                 sys.exit(f"{test} fails without a defect: {WORK / 'test.log'}")
-            self.limits.append(10 + 4 * (time.monotonic() - begin))
 
     def look_for(self, change):
         """Gives the outcome and the test that noticed the change."""
@@ -191,12 +145,12 @@ class Tester:
         original = path.read_bytes()
         path.write_text(change.mutated, encoding="utf-8")
         try:
-            for step, limit in zip(steps_for(change.file.split("/")[0], self.quick), self.limits):
+            for step in steps_for(change.file.split("/")[0], self.quick):
                 if not build(step.target, {"CCACHE_READONLY": "1"}):
                     return "not compiled", ""
-                test = noticed_by(step, limit)
+                test = noticed_by(step)
                 if test:
-                    return "caught", f"{step.program} {test}"
+                    return "caught", test
             return "survived", ""
         finally:
             path.write_bytes(original)

@@ -1,8 +1,11 @@
-// What a self-test has to cope with: never part of a kit, it takes the place of a test program when
-// the kit itself is tested.
+// What whoever runs tests has to cope with: never part of a kit, it takes the place of a test
+// program when the kit, or the limit of a test, is tested itself.
 #include "tests/support/ExpectedDifference.h"
+#include "tests/support/HostProcess.h"
 
 #include <gtest/gtest.h>
+
+#include <iostream>
 
 namespace
 {
@@ -31,6 +34,8 @@ TEST(Probe, ComesAfterTheCrash) {}
 
 TEST(ProbeThatHangs, Hangs)
 {
+    const HostProcess host(L"ProbeHost", L"Probe");
+    std::cout << (host.Window() == nullptr ? "no host" : "a host is there") << std::endl;
     ::Sleep(INFINITE);
 }
 

@@ -1,5 +1,7 @@
 #include "tests/kit/WatchedProgram.h"
 
+#include "tests/support/KillOnCloseJob.h"
+
 #include <memory>
 
 namespace
@@ -17,16 +19,6 @@ HANDLE OpenInheritable(const wchar_t* path, DWORD access, DWORD disposition)
     SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     return ::CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
                          disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
-/// A job that takes everything in it along when it goes.
-HANDLE MakeJob()
-{
-    const HANDLE job = ::CreateJobObjectW(nullptr, nullptr);
-    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    ::SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof(limits));
-    return job;
 }
 
 std::uintmax_t SizeOf(const std::filesystem::path& file)
@@ -79,7 +71,7 @@ ProgramEnd RunWatched(const std::wstring& program, std::wstring commandLine,
     }
     const Handle process(information.hProcess);
     const Handle thread(information.hThread);
-    const Handle job(MakeJob());
+    const Handle job(MakeKillOnCloseJob());
     ::AssignProcessToJobObject(job.get(), process.get());
     ::ResumeThread(thread.get());
 

@@ -25,7 +25,6 @@ class WineCase(WithFolder):
     def setUp(self):
         super().setUp()
         if not WineCase.before:
-            self.wine("winecfg", "-v", "win10")  # Wine 8 begins as Windows 7
             WineCase.before = self.state()
 
     def wine(self, *arguments, folder=None):

@@ -1,22 +1,27 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
+#include <iostream>
 #include <random>
 
-/// The seed of random tests. The environment variable QUILLET_TEST_SEED, a decimal number, sets it;
-/// a test program that fails tells it (see TestMain.cpp).
-inline std::mt19937::result_type NewRandomSeed()
-{
-    const char* const given = std::getenv("QUILLET_TEST_SEED");
-    return given == nullptr
-               ? std::random_device()()
-               : static_cast<std::mt19937::result_type>(std::strtoul(given, nullptr, 10));
-}
-
-/// The same for all tests of one run through them; a program that repeats them renews it.
-inline std::mt19937::result_type randomSeed = NewRandomSeed();
-
+/// The seed of all random tests of this process: what the environment variable QUILLET_TEST_SEED
+/// says, a decimal number, or else one that is drawn. It is printed when it is first asked for, so
+/// that it is known whatever way the test ends.
 inline std::mt19937::result_type RandomSeed()
 {
-    return randomSeed;
+    static const std::mt19937::result_type seed = [] {
+        const char* const given = std::getenv("QUILLET_TEST_SEED");
+        const auto chosen =
+            given == nullptr
+                ? std::random_device()()
+                : static_cast<std::mt19937::result_type>(std::strtoul(given, nullptr, 10));
+        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+        std::cout << "To repeat " << test.test_suite_name() << "." << test.name()
+                  << " as it was: QUILLET_TEST_SEED=" << chosen << " before the command"
+                  << std::endl;
+        return chosen;
+    }();
+    return seed;
 }
