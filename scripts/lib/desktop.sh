@@ -81,9 +81,18 @@ desktop_start()
 # What all desktops of a run have in common.
 desktop_settings()
 {
-  # The distribution's settings, whatever the user's own are, but without hot keys (all keys belong to the programs)
-  # and with the buttons of a dialog's title bar only, which leave room for the title.
-  sed -e '/<keyboard>/,/<\/keyboard>/d' -e 's|<titleLayout>.*<|<titleLayout>NLC<|' /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
+  # A cookie, without which no other user of the machine gets at the display. It fits every display: family, address and number
+  # say "any"; then come name and value, each after its length.
+  {
+    printf '\377\377\0\0\0\0\0\022MIT-MAGIC-COOKIE-1\0\020'
+    head -c 16 /dev/urandom
+  } >"$desktop_folder/cookie"
+  export XAUTHORITY=$desktop_folder/cookie
+
+  # The distribution's settings, whatever the user's own are, but without hot keys (all keys belong to the programs), without
+  # menus on the background (they start programs), and with the buttons of a dialog's title bar only, which leave room for the title.
+  sed -e '/<keyboard>/,/<\/keyboard>/d' -e '/<context name="Root">/,/<\/context>/d' -e '/<menu>$/,/<\/menu>$/d' \
+    -e 's|<titleLayout>.*<|<titleLayout>NLC<|' /etc/xdg/openbox/rc.xml >"$desktop_folder/openbox.xml"
 
   export WINEARCH=win64 WINEDEBUG=-all
   # No questions about optional components, no debugger that prints a page when a program crashes, no
@@ -103,12 +112,13 @@ desktop_choose()
 }
 
 # With -displayfd the server looks for a free number itself and writes it when it is ready. Without -noreset it would
-# start anew whenever its last client leaves, and refuse the one that comes just then.
+# start anew whenever its last client leaves, and refuse the one that comes just then. It listens in the abstract name space, too,
+# where two servers that look at the same time find out about each other.
 desktop_start_display()
 {
   local folder=$desktop_folder/$1
   mkdir "$folder"
-  Xvfb -displayfd 3 -screen 0 "${QUILLET_SCREEN:-1024x768x24}" -nolisten tcp -noreset \
+  Xvfb -displayfd 3 -screen 0 "${QUILLET_SCREEN:-1024x768x24}" -auth "$XAUTHORITY" -nolisten tcp -noreset \
     3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
   desktop_processes+=($!)
 }

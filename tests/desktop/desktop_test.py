@@ -2,6 +2,7 @@
 """What the tests stand on, on a desktop: desktop_test.py BUILD PROBE-PROGRAM"""
 import json
 import os
+import pwd
 import subprocess
 import sys
 import tempfile
@@ -14,9 +15,9 @@ LAUNCHER = str(Path(__file__).resolve().parents[2] / "scripts/lib/on_desktop")
 LIMIT = 60  # seconds, for whatever is waited for
 
 
-def output_of(*command):
+def output_of(*command, **options):
     run = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, encoding="utf-8", errors="replace",
-                         stdin=subprocess.DEVNULL, timeout=2 * LIMIT)
+                         stdin=subprocess.DEVNULL, timeout=2 * LIMIT, **options)
     return run.returncode, run.stdout
 
 
@@ -68,6 +69,15 @@ class Properties(unittest.TestCase):
         self.assertGreater(on_desktop, 500)
         names = [test["name"] for test in tests]
         self.assertEqual(len(names), len(set(names)))
+
+
+@unittest.skipUnless(os.geteuid() == 0, "only root can try it as somebody else")
+class AnotherUser(unittest.TestCase):
+    def test_does_not_get_at_the_display(self):
+        question = ("xdotool", "get_num_desktops")
+        self.assertEqual(output_of(*question)[0], 0)
+        nobody = pwd.getpwnam("nobody")
+        self.assertNotEqual(output_of(*question, user=nobody.pw_uid, group=nobody.pw_gid, extra_groups=[])[0], 0)
 
 
 if __name__ == "__main__":
