@@ -4,6 +4,7 @@
 #   desktop_start COUNT      desktops of one's own; afterwards DISPLAY, WINEPREFIX and the like are those of the first one, and
 #                            QUILLET_DESKTOPS is the file that tells CTest of all; with on_desktop, a test takes one of them
 #   interruptible COMMAND…   runs a command so that a signal to the script ends it at once
+#   alone_in FOLDER          ends the script with a sentence when another run is at work in this folder
 #
 # Whatever way the script that sources this ends, what was started here ends with it.
 # Several runs can have desktops at the same time: each takes free display numbers and Wine prefixes in a new folder.
@@ -36,6 +37,14 @@ interruptible()
   wait "$interruptible_process" || result=$?
   interruptible_process=
   return "$result"
+}
+
+# Held until the script and all that works for it have ended. What merely stands by, should the script be killed, holds nothing: 8>&-.
+alone_in()
+{
+  mkdir -p "$1"
+  exec 8>"$1/run.lock"
+  flock --nonblock 8 || desktop_fail "another run is at work in $1: wait for its end, or work in another clone"
 }
 
 # Waits until the command succeeds: wait_until SECONDS COMMAND…
@@ -119,7 +128,7 @@ desktop_start_display()
   local folder=$desktop_folder/$1
   mkdir "$folder"
   Xvfb -displayfd 3 -screen 0 "${QUILLET_SCREEN:-1024x768x24}" -auth "$XAUTHORITY" -nolisten tcp -noreset \
-    3>"$folder/display" >"$folder/xvfb.log" 2>&1 &
+    3>"$folder/display" >"$folder/xvfb.log" 2>&1 8>&- &
   desktop_processes+=($!)
 }
 
@@ -129,7 +138,7 @@ desktop_start_window_manager()
   wait_until 30 test -s "$folder/display" ||
     desktop_fail "the display server does not start: $(tail -n 1 "$folder/xvfb.log")"
   desktop_choose "$1"
-  openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$folder/openbox.log" 2>&1 &
+  openbox --sm-disable --config-file "$desktop_folder/openbox.xml" >"$folder/openbox.log" 2>&1 8>&- &
   desktop_processes+=($!)
 }
 
@@ -146,7 +155,7 @@ desktop_start_wine()
   # for which Wine starts the desktop's own process: started by a test, it would end with it.
   mkfifo "$folder/never"
   "${desktop_wrapper[@]}" wine cmd /c 'rundll32 user32.dll,GetDesktopWindow& echo ready& set /p line=' \
-    <>"$folder/never" >"$folder/resident.log" 2>&1 &
+    <>"$folder/never" >"$folder/resident.log" 2>&1 8>&- &
   desktop_processes+=($!)
 }
 
@@ -160,7 +169,7 @@ desktop_new_prefix()
   # Who comes meanwhile waits. What Wine starts must not hold the lock, since its server outlives the call.
   (
     flock --timeout 180 9 || exit
-    [[ -d $made ]] || desktop_make_prefix "$made" 9>&-
+    [[ -d $made ]] || desktop_make_prefix "$made" 8>&- 9>&-
   ) 9>"$made.lock" || return
   cp --archive "$made" "$WINEPREFIX" 2>"$desktop_folder/wineboot.log"
 }
