@@ -11,7 +11,7 @@ bool CommandLine::Has(std::wstring_view switchText) const
 
 std::optional<std::wstring_view> CommandLine::After(std::wstring_view switchText) const
 {
-    const size_t position = m_lower.find(switchText);
+    const std::size_t position = m_lower.find(switchText);
     if (position == std::wstring::npos)
     {
         return std::nullopt;

@@ -14,9 +14,8 @@ struct NumberlessTraits : std::regex_traits<wchar_t>
 
 using Regex = std::basic_regex<wchar_t, NumberlessTraits>;
 
-// Of this library's two ways to match, the usual one calls itself once for each character, and a
-// URL of 32,000 characters would take 21 MiB of stack. The other one takes the same stack for any
-// text.
+// libstdc++'s default executor recurses once per character: a URL of 32,000 characters would take
+// 21 MiB of stack. The other one takes the same stack for any text.
 #ifdef __GLIBCXX__
 constexpr auto kSyntax = std::regex::ECMAScript | std::regex_constants::__polynomial;
 #else
@@ -30,7 +29,7 @@ std::wstring Decode(const std::wstring& text)
 {
     const CString decoded =
         CQuilletApp::UrlDecode(CString(text.data(), static_cast<int>(text.size())));
-    return {decoded.GetString(), static_cast<size_t>(decoded.GetLength())};
+    return {decoded.GetString(), static_cast<std::size_t>(decoded.GetLength())};
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "app/CommandLine.h"
 #include "app/GatherRequest.h"
 #include "app/HelpText.h"
-#include "app/ResultCode.h"
 #include "app/SendRequest.h"
 #include "delivery/CopyDataDelivery.h"
 #include "delivery/QuilletDlg.h"
@@ -51,11 +50,12 @@ bool Notify(HWND target, const SendRequest& request)
 /// so that WM_USER + 2 cannot be taken for the cancel command 2.
 int ResultOfLoop(int loopResult)
 {
+    constexpr int kFirst = kFirstAnswer;
     if (loopResult == IDCANCEL)
     {
         return kResultCancelled;
     }
-    return loopResult >= WM_USER ? loopResult - WM_USER : loopResult;
+    return loopResult >= kFirst ? loopResult - kFirst : loopResult;
 }
 
 } // namespace
@@ -76,40 +76,7 @@ CQuilletApp::~CQuilletApp() = default;
 
 BOOL CQuilletApp::InitInstance()
 {
-    const CommandLine commandLine(::GetCommandLineW());
-
-    if (AsksForHelp(commandLine))
-    {
-        ShowHelp(commandLine);
-        m_nReturnCode = kResultCancelled;
-        return FALSE;
-    }
-
-    const SendRequest request = GatherRequest(commandLine);
-
-    // Before the search, so that the dialog's handle can travel with the copy-data message.
-    CreateWaitDialog(request);
-
-    // A request that names no target finds and sends nothing; it only waits. Meant so.
-    if (NamesTarget(request))
-    {
-        const HWND target = FindTarget(request);
-        if (target == nullptr)
-        {
-            m_nReturnCode = kResultWindowNotFound;
-            return FALSE;
-        }
-        if (request.activateWindow)
-        {
-            ActivateTarget(target);
-        }
-        if (!Deliver(target, request))
-        {
-            return FALSE;
-        }
-    }
-
-    Wait(request);
+    m_nReturnCode = Run();
     return FALSE;
 }
 
@@ -117,6 +84,44 @@ int CQuilletApp::ExitInstance()
 {
     CWinApp::ExitInstance();
     return m_nReturnCode;
+}
+
+int CQuilletApp::Run()
+{
+    const CommandLine commandLine(::GetCommandLineW());
+
+    if (AsksForHelp(commandLine))
+    {
+        ShowHelp(commandLine);
+        return kResultCancelled;
+    }
+
+    const SendRequest request = GatherRequest(commandLine);
+
+    // Before the search, so that the dialog's handle can travel with the copy-data message.
+    CreateWaitDialog(request);
+
+    // A request that names no target finds and sends nothing; it only waits. Intentional.
+    if (!NamesTarget(request))
+    {
+        return Wait(request, kResultCancelled);
+    }
+
+    const HWND target = FindTarget(request);
+    if (target == nullptr)
+    {
+        return kResultWindowNotFound;
+    }
+    if (request.activateWindow)
+    {
+        ActivateTarget(target);
+    }
+    const ResultCode delivered = Deliver(target, request);
+    if (delivered == kResultSendFailed)
+    {
+        return delivered;
+    }
+    return Wait(request, delivered);
 }
 
 void CQuilletApp::CreateWaitDialog(const SendRequest& request)
@@ -133,31 +138,24 @@ void CQuilletApp::CreateWaitDialog(const SendRequest& request)
     m_dialog->ShowWindow(request.noDialog ? SW_SHOWMINIMIZED : SW_SHOW);
 }
 
-// Whether the run goes on to the wait. An accepted copy-data message stores 0, an accepted
-// notification nothing: without an answer the one ends with 0 and the other with -1. The difference
-// is meant.
-bool CQuilletApp::Deliver(HWND target, const SendRequest& request)
+ResultCode CQuilletApp::Deliver(HWND target, const SendRequest& request)
 {
     if (request.copyData.empty())
     {
-        const bool notified = Notify(target, request);
-        if (!notified)
-        {
-            m_nReturnCode = kResultSendFailed;
-        }
-        return notified;
+        // Unlike a text that is accepted, a notification that is on its way is not 0. Intentional.
+        return Notify(target, request) ? kResultCancelled : kResultSendFailed;
     }
     const HWND waitDialog = m_dialog == nullptr ? nullptr : m_dialog->GetSafeHwnd();
-    m_nReturnCode = DeliverCopyData(target, request, waitDialog);
-    return m_nReturnCode == kResultAccepted;
+    return DeliverCopyData(target, request, waitDialog);
 }
 
-void CQuilletApp::Wait(const SendRequest& request)
+int CQuilletApp::Wait(const SendRequest& request, ResultCode withoutAnswer)
 {
     if (m_dialog == nullptr)
     {
-        return;
+        return withoutAnswer;
     }
+    int result = withoutAnswer;
     if (request.noDialog)
     {
         // The minimised dialog served the activation only: one message, then it goes.
@@ -165,8 +163,9 @@ void CQuilletApp::Wait(const SendRequest& request)
     }
     else
     {
-        m_nReturnCode = ResultOfLoop(m_dialog->RunModalLoop());
+        result = ResultOfLoop(m_dialog->RunModalLoop());
     }
     m_dialog->DestroyWindow();
     m_pMainWnd = nullptr;
+    return result;
 }

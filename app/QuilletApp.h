@@ -2,6 +2,8 @@
 
 #include <afxwin.h>
 
+#include "app/ResultCode.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -24,7 +26,7 @@ public:
 
     /// The whole run. Always FALSE, so that the framework goes straight to ExitInstance.
     BOOL InitInstance() override;
-    /// The run's result code: a ResultCode, or the host's answer 0 to 4096.
+    /// The run's outcome: a ResultCode, or the n of the host's answer.
     int ExitInstance() override;
 
     /// Takes the query string of a null-terminated URL apart into decoded parameters; of a key's
@@ -44,11 +46,14 @@ public:
 private:
     DECLARE_MESSAGE_MAP()
 
+    /// The run, step by step; gives its outcome.
+    int Run();
     void CreateWaitDialog(const SendRequest& request);
-    bool Deliver(HWND target, const SendRequest& request);
-    void Wait(const SendRequest& request);
+    /// What the run ends with when no answer is waited for; kResultSendFailed ends it at once.
+    ResultCode Deliver(HWND target, const SendRequest& request);
+    /// Gives the answer of the host or the user where one is waited for, else `withoutAnswer`.
+    int Wait(const SendRequest& request, ResultCode withoutAnswer);
 
-    /// The run's outcome.
     int m_nReturnCode;
     /// Null when the run has no dialog. Its window can outlive InitInstance, so the object has to.
     std::unique_ptr<CQuilletDlg> m_dialog;

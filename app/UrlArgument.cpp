@@ -6,13 +6,13 @@ namespace
 {
 
 /// Where a quote can first open a value inside the URL: after the opening quote, one unit and "=".
-constexpr size_t kFirstInnerQuote = 3;
+constexpr std::size_t kFirstInnerQuote = 3;
 
 /// `quoted` begins with the opening quote.
 std::wstring_view CutQuotedUrl(std::wstring_view quoted)
 {
-    size_t start = 1;
-    for (size_t quote = quoted.find(L'"', start); quote != quoted.npos;
+    std::size_t start = 1;
+    for (std::size_t quote = quoted.find(L'"', start); quote != quoted.npos;
          quote = quoted.find(L'"', start))
     {
         const bool opensValue = quote >= kFirstInnerQuote && quoted[quote - 1] == L'=';
@@ -20,7 +20,7 @@ std::wstring_view CutQuotedUrl(std::wstring_view quoted)
         {
             return quoted.substr(1, quote - 1);
         }
-        const size_t closing = quoted.find(L'"', quote + 1);
+        const std::size_t closing = quoted.find(L'"', quote + 1);
         start = (closing == quoted.npos ? quote : closing) + 1;
     }
     return quoted.substr(1);

@@ -31,7 +31,8 @@ std::optional<UINT> CodePageOf(const std::wstring& encoding)
 }
 
 /// `bytes` is the text without a terminator: the receiver has to go by the size.
-bool Send(HWND target, const SendRequest& request, HWND waitDialog, const void* bytes, size_t size)
+bool Send(HWND target, const SendRequest& request, HWND waitDialog, const void* bytes,
+          std::size_t size)
 {
     COPYDATASTRUCT data{static_cast<ULONG_PTR>(request.wParam), static_cast<DWORD>(size),
                         const_cast<void*>(bytes)};

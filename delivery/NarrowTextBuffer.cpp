@@ -58,7 +58,7 @@ void NarrowTextBuffer::ProvideStore(int bytes)
         m_block.reset();
         return;
     }
-    const auto size = static_cast<size_t>(bytes);
+    const auto size = static_cast<std::size_t>(bytes);
     void* block = m_block ? ::_recalloc(m_block.get(), size, 1) : std::calloc(size, 1);
     if (block == nullptr)
     {

@@ -1,13 +1,11 @@
 #include "delivery/QuilletDlg.h"
 
+#include "app/ResultCode.h"
 #include "delivery/AboutDlg.h"
 #include "res/resource.h"
 
 namespace
 {
-
-/// The highest n that a host can answer with.
-constexpr UINT kHighestAnswer = 4096;
 
 /// The low four bits of a system command's id belong to the platform.
 constexpr UINT kSystemCommandMask = 0xFFF0;
@@ -42,8 +40,7 @@ void CQuilletDlg::DoDataExchange(CDataExchange* exchange)
 
 LRESULT CQuilletDlg::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
-    // In unsigned arithmetic a number below WM_USER is far above the highest answer.
-    if (message - WM_USER <= kHighestAnswer)
+    if (message >= kFirstAnswer && message <= kLastAnswer)
     {
         EndDialog(static_cast<int>(message));
         LeavePlatformLoop();

@@ -8,7 +8,9 @@
 
 CString::CString(const wchar_t* text) : m_units(text == nullptr ? L"" : text) {}
 
-CString::CString(const wchar_t* text, int length) : m_units(text, static_cast<size_t>(length)) {}
+CString::CString(const wchar_t* text, int length) : m_units(text, static_cast<std::size_t>(length))
+{
+}
 
 wchar_t CString::GetAt(int index) const
 {
@@ -21,7 +23,7 @@ wchar_t CString::GetAt(int index) const
 
 int CString::Find(wchar_t unit, int start) const
 {
-    const size_t position = m_units.find(unit, static_cast<size_t>(start));
+    const std::size_t position = m_units.find(unit, static_cast<std::size_t>(start));
     return position == std::wstring::npos ? -1 : static_cast<int>(position);
 }
 
@@ -33,7 +35,7 @@ CString& CString::operator+=(wchar_t unit)
 
 void CString::Append(const wchar_t* text, int length)
 {
-    m_units.append(text, static_cast<size_t>(length));
+    m_units.append(text, static_cast<std::size_t>(length));
 }
 
 CString& CString::MakeLower()
@@ -49,6 +51,6 @@ BOOL CString::LoadString(UINT id)
     const wchar_t* text = nullptr;
     const int length = ::LoadStringW(AfxFindResourceHandle(MAKEINTRESOURCEW(id), RT_STRING), id,
                                      reinterpret_cast<LPWSTR>(&text), 0);
-    m_units.assign(text, text == nullptr ? 0 : static_cast<size_t>(length));
+    m_units.assign(text, text == nullptr ? 0 : static_cast<std::size_t>(length));
     return !IsEmpty();
 }

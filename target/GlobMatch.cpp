@@ -9,7 +9,7 @@
 namespace
 {
 
-/// The first place from `text` on where a row of elements that begins with `first` may match: the
+/// The first place from `text` on where a segment that begins with `first` may match: the
 /// end of the text when an ordinary unit does not occur any more.
 const wchar_t* FirstCandidate(const wchar_t* text, wchar_t first) noexcept
 {
@@ -61,23 +61,23 @@ const wchar_t* FirstVaryingSet(const wchar_t* pattern) noexcept
 struct Rest
 {
     const wchar_t* text;
-    const wchar_t* row;
+    const wchar_t* pattern;
 };
 
-/// Matches row by row: the elements between one star and the next, each of one unit, at the
+/// Matches segment by segment: the elements between one star and the next, each of one unit, at the
 /// earliest place where they fit. Up to the first varying set that place leaves the most text to
 /// the rest, and no star but the last need ever be widened. After it what follows may differ from
 /// place to place: then the earliest one can still show that the texts match, but not that they do
 /// not, and the result is nothing; `rest` tells up to where it is sure. Each unit of the text
-/// begins at most one attempt at a row, which reads the row at most once.
+/// begins at most one attempt at a segment, which reads the segment at most once.
 std::optional<bool> MatchAtEarliestPlaces(Rest& rest, const wchar_t* varyingSet) noexcept
 {
-    auto [text, row] = rest;
-    while (*row != L'\0')
+    auto [text, segment] = rest;
+    while (*segment != L'\0')
     {
-        text = FirstCandidate(text, *row);
+        text = FirstCandidate(text, *segment);
         const wchar_t* unit = text;
-        const wchar_t* element = row;
+        const wchar_t* element = segment;
         while (*element != L'*' && *element != L'\0' && *unit != L'\0')
         {
             const wchar_t* const after = AfterElement(element, *unit);
@@ -92,9 +92,9 @@ std::optional<bool> MatchAtEarliestPlaces(Rest& rest, const wchar_t* varyingSet)
         const bool isSure = element <= varyingSet;
         if (*element == L'*')
         {
-            row = element + 1;
+            segment = element + 1;
             text = unit;
-            rest = isSure ? Rest{text, row} : rest;
+            rest = isSure ? Rest{text, segment} : rest;
         }
         else if (*unit == L'\0')
         {
@@ -132,18 +132,18 @@ int GlobMatch(const wchar_t* text, const wchar_t* pattern) noexcept
     }
 
     Rest rest{text, pattern + 1};
-    if (const auto matches = MatchAtEarliestPlaces(rest, FirstVaryingSet(rest.row)))
+    if (const auto matches = MatchAtEarliestPlaces(rest, FirstVaryingSet(rest.pattern)))
     {
         return *matches ? 1 : 0;
     }
-    const auto length = static_cast<std::size_t>(EndOf(rest.row) - rest.row);
+    const auto length = static_cast<std::size_t>(EndOf(rest.pattern) - rest.pattern);
     if (length <= kGlobTableLength)
     {
-        return MatchVaryingSets(rest.text, rest.row, length) ? 1 : 0;
+        return MatchVaryingSets(rest.text, rest.pattern, length) ? 1 : 0;
     }
 
     // Longer than any command line: the plain rule, the star taking one unit more at each turn.
-    for (; GlobMatch(rest.text, rest.row) == 0; ++rest.text)
+    for (; GlobMatch(rest.text, rest.pattern) == 0; ++rest.text)
     {
         if (*rest.text == L'\0')
         {

@@ -62,7 +62,7 @@ void ActivateTarget(HWND target)
     const HWND foreground = ::GetForegroundWindow();
     if (foreground == nullptr || foreground == target)
     {
-        // A minimised target that is the foreground window stays minimised. Meant so.
+        // A minimised target that is the foreground window stays minimised. Intentional.
         return;
     }
     const DWORD targetThread = ::GetWindowThreadProcessId(target, nullptr);

@@ -35,7 +35,7 @@ BOOL CALLBACK EnumTargetWindowsProc(HWND window, LPARAM context) noexcept
     wchar_t buffer[kTextCapacity];
     // Both tests are always made. The class is the window's real type, which for windows built on a
     // system class can differ from the registered name that the exact lookup compares; the
-    // difference is meant.
+    // difference is intentional.
     const bool titleMatches = Matches(window, &::GetWindowTextW, buffer, search.titlePattern);
     const bool classMatches = Matches(window, &::RealGetWindowClassW, buffer, search.classPattern);
     if (!titleMatches || !classMatches)

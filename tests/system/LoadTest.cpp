@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr int kAtATime = 32;
-constexpr int kHighestAnswer = 4096;
+constexpr int kHighestAnswer = kLastAnswer - kFirstAnswer;
 
 enum class Kind
 {

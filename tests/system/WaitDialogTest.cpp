@@ -33,8 +33,6 @@
 namespace
 {
 
-constexpr UINT kHighestAnswer = 4096;
-
 class WaitDialog : public WaitingRun
 {
 protected:
@@ -68,14 +66,14 @@ private:
 
 TEST_F(WaitDialog, LowestAnswerEndsWithZero)
 {
-    Post(WM_USER);
+    Post(kFirstAnswer);
     EXPECT_EQ(run.WaitForExit(), 0);
 }
 
 TEST_F(WaitDialog, HighestAnswerEndsWithItsOffset)
 {
-    Post(WM_USER + kHighestAnswer);
-    EXPECT_EQ(run.WaitForExit(), static_cast<int>(kHighestAnswer));
+    Post(kLastAnswer);
+    EXPECT_EQ(run.WaitForExit(), static_cast<int>(kLastAnswer - kFirstAnswer));
 }
 
 // The number of the cancel command, as an answer, is not a cancel.
@@ -93,8 +91,8 @@ TEST_F(WaitDialog, ParametersOfAnAnswerAreIgnored)
 
 TEST_F(WaitDialog, NumbersBesideTheRangeAreNoAnswers)
 {
-    Post(WM_USER + kHighestAnswer + 1);
-    Post(WM_USER - 1);
+    Post(kLastAnswer + 1);
+    Post(kFirstAnswer - 1);
     Post(WM_APP);
     Post(::RegisterWindowMessageW(L"QuilletTestNoAnswer"));
     ASSERT_TRUE(WaitForPostedMessages(dialog));

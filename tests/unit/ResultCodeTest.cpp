@@ -1,5 +1,7 @@
 #include "app/ResultCode.h"
 
+#include <windows.h>
+
 #include "app/AbnormalEnd.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +16,12 @@ TEST(ResultCode, NumbersAreThoseThatCallersBuildOn)
     EXPECT_EQ(kResultCancelled, -1);
     EXPECT_EQ(kResultWindowNotFound, -2);
     EXPECT_EQ(kResultSendFailed, -3);
+}
+
+TEST(ResultCode, AnswersAreTheMessagesThatHostsBuildOn)
+{
+    EXPECT_EQ(kFirstAnswer, static_cast<unsigned>(WM_USER));
+    EXPECT_EQ(kLastAnswer, 5120u);
 }
 
 TEST(ResultCode, AbnormalEndHasThePlatformsNumber)
