@@ -2,6 +2,7 @@
 // was put in is what the host receives. make_links.js has written them, thousands of random texts.
 #include "app/SendRequest.h"
 #include "examples/host/Base64Url.h"
+#include "tests/support/HexUnits.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RequestOf.h"
@@ -26,17 +27,6 @@ struct Link
     bool isBase64Url = false;
     std::wstring text;
 };
-
-std::wstring TextOfHexUnits(const std::string& digits)
-{
-    constexpr size_t kDigitsPerUnit = 4;
-    std::wstring text;
-    for (size_t at = 0; at < digits.size(); at += kDigitsPerUnit)
-    {
-        text += static_cast<wchar_t>(std::stoul(digits.substr(at, kDigitsPerUnit), nullptr, 16));
-    }
-    return text;
-}
 
 std::vector<Link> ReadLinks()
 {
