@@ -32,5 +32,5 @@ packages_lint=(clang-format-19 clang-tidy-19 cppcheck shellcheck)
 # Measuring what the tests reach.
 packages_coverage=(gcovr)
 
-# Clicking links in a real browser: it, what starts the program for a scheme, and a font for what it shows.
-packages_browser=(chromium xdg-utils python3)
+# Working pages in a real browser: it, its driver, what starts the program for a scheme, and what tells a page's functions.
+packages_browser=(chromium chromium-driver xdg-utils python3 nodejs)
