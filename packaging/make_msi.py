@@ -1,12 +1,12 @@
 """Makes the MSI: wixl compiles quillet.wxs, Libmsi finishes what wixl cannot say.
 
-Libmsi through Debian's gir1.2-libmsi-1.0 rather than the command msibuild, which cannot set the times.
+Libmsi through Debian's gir1.2-libmsi-1.0 rather than the command msibuild, which cannot set the times; and the list of files is
+made here rather than by wixl-heat, which gives folders another id each time.
 """
 import datetime
-import hashlib
 import os
+import re
 import shutil
-import string
 import subprocess
 import tempfile
 import uuid
@@ -15,33 +15,36 @@ from xml.etree import ElementTree
 
 import gi
 
-import url_scheme
-
 gi.require_version("Libmsi", "1.0")
 from gi.repository import Libmsi  # noqa: E402
 
 HERE = Path(__file__).resolve().parent
 ICON = HERE.parent / "res" / "quillet.ico"
-WIX = "http://schemas.microsoft.com/wix/2006/wi"
-ElementTree.register_namespace("", WIX)
+WIX = "{http://schemas.microsoft.com/wix/2006/wi}"
+ElementTree.register_namespace("", WIX[1:-1])
 
 # Whatever the installer has to recognise again gets an id that follows from its name. Never change this number.
 NAMES = uuid.UUID("e6304ead-4d73-47a5-b9f6-54128203fad5")
 
-PROGRAM = "quillet.exe"
-# Files that appear in the start menu, and as what.
-START_MENU = {"docs/handbuch.html": "Quillet-Handbuch"}
+# Of the examples, what comes without being asked for, because the handbook begins with it.
+ALWAYS = ("examples/host/example_host.exe", "examples/call-builder/call-builder.html")
 # The code page in which the tables' texts are stored: that of German.
 CODE_PAGE = 1252
+STATEMENTS = (
+    # Without a version, the installer would rather keep an old program file than replace it.
+    "UPDATE `File` SET `Version` = '{version}.0', `Language` = '1031' WHERE `File` = 'quillet.exe'",
+    # What may be given on the command line reaches the part of the installer that has the rights.
+    "UPDATE `Property` SET `Value` = 'WIX_DOWNGRADE_DETECTED;WIX_UPGRADE_DETECTED;INSTALLDIR;REMEMBEREDDIR;URLSCHEME;"
+    "WINDOWSBUILD' WHERE `Property` = 'SecureCustomProperties'")
 
 
 def guid(name):
     return str(uuid.uuid5(NAMES, name)).upper()
 
 
-def identifier(name):
+def identifier(path):
     """A row's key in the installer's tables."""
-    return "x" + hashlib.sha256(name.encode()).hexdigest()[:32]
+    return re.sub(r"[^\w.]", "_", path)
 
 
 def product_code(version):
@@ -49,7 +52,7 @@ def product_code(version):
 
 
 def upgrade_code():
-    return ElementTree.parse(HERE / "quillet.wxs").find(f"{{{WIX}}}Product").get("UpgradeCode")
+    return ElementTree.parse(HERE / "quillet.wxs").find(WIX + "Product").get("UpgradeCode")
 
 
 def installer_version(version):
@@ -62,63 +65,41 @@ def files_in(folder):
     return sorted(path.relative_to(folder).as_posix() for path in folder.rglob("*") if path.is_file())
 
 
-def element(parent, name, **attributes):
-    return ElementTree.SubElement(parent, f"{{{WIX}}}{name}", **attributes)
-
-
-def write_file_list(folder, output):
-    """The files as wixl wants them: a component each, which the installer recognises by the path in every version."""
-    root = ElementTree.Element(f"{{{WIX}}}Wix")
-    fragment = element(root, "Fragment")
-    groups = {name: element(fragment, "ComponentGroup", Id=name) for name in ("Program", "Examples")}
-    directories = {"": element(fragment, "DirectoryRef", Id="INSTALLDIR")}
+def add_files(product, files):
+    """A component for each file that quillet.wxs does not name; the installer recognises it by the path in every version."""
+    def find(kind, name):
+        return product.find(f".//{WIX}{kind}[@Id='{name}']")
 
     def directory(path):
-        if path not in directories:
-            parent, _, name = path.rpartition("/")
-            directories[path] = element(directory(parent), "Directory", Id=identifier(path), Name=name)
-        return directories[path]
-
-    for path in files_in(folder):
         parent, _, name = path.rpartition("/")
-        component = element(directory(parent), "Component", Id=identifier(path), Guid=guid(path), Win64="yes")
-        file = element(component, "File", Id=identifier(path), Name=name, KeyPath="yes", Source=f"files/{path}")
-        if path in START_MENU:
-            element(file, "Shortcut", Id=identifier("link to " + path), Directory="ProgramMenuFolder",
-                    Name=START_MENU[path], Target=f"[#{identifier(path)}]")
-        element(groups["Examples" if path.startswith("examples/") else "Program"], "ComponentRef", Id=identifier(path))
-    ElementTree.ElementTree(root).write(output, encoding="utf-8", xml_declaration=True)
+        found = find("Directory", identifier(path) if path else "INSTALLDIR")
+        return found if found is not None else ElementTree.SubElement(
+            directory(parent), WIX + "Directory", Id=identifier(path), Name=name)
 
-
-def write_product(output):
-    """quillet.wxs with the conditions for the scheme."""
-    document = ElementTree.parse(HERE / "quillet.wxs")
-    product = document.find(f"{{{WIX}}}Product")
-    element(product, "Property", Id=url_scheme.QUOTE, Value='"')
-    for condition, sentence in url_scheme.conditions():
-        element(product, "Condition", Message=sentence).text = condition.replace("$", "$$")  # one is for wixl
-    document.write(output, encoding="utf-8", xml_declaration=True)
+    for path in files:
+        name = identifier(path)
+        if find("Component", name) is None:
+            component = ElementTree.SubElement(directory(path.rpartition("/")[0]), WIX + "Component", Id=name, Guid="*",
+                                               Win64="yes")
+            ElementTree.SubElement(component, WIX + "File", Id=name, KeyPath="yes", Source=f"files/{path}")
+            feature = find("Feature", "Examples" if path.startswith("examples/") and path not in ALWAYS else "Quillet")
+            ElementTree.SubElement(feature, WIX + "ComponentRef", Id=name)
 
 
 def compile_tables(folder, version, date, work):
     """wixl's part; returns the MSI, which is not finished."""
     shutil.copy(ICON, work)
     shutil.copytree(folder, work / "files")  # wixl takes relative paths only
-    write_file_list(folder, work / "files.wxs")
-    write_product(work / "quillet.wxs")
+    document = ElementTree.parse(HERE / "quillet.wxs")
+    add_files(document.find(WIX + "Product"), files_in(folder))
+    document.write(work / "quillet.wxs", encoding="utf-8", xml_declaration=True)
     for path in work.rglob("*"):
         os.utime(path, (date.timestamp(), date.timestamp()))
     variables = {"Version": version, "InstallerVersion": installer_version(version), "ProductCode": product_code(version)}
     definitions = [word for name, value in variables.items() for word in ("--define", f"{name}={value}")]
-    subprocess.run(["wixl", "--arch", "x64", "--output", "quillet.msi", *definitions, "quillet.wxs", "files.wxs"],
+    subprocess.run(["wixl", "--arch", "x64", "--output", "quillet.msi", *definitions, "quillet.wxs"],
                    cwd=work, env={**os.environ, "TZ": "UTC"}, check=True)
     return work / "quillet.msi"
-
-
-def statements(version):
-    text = string.Template((HERE / "quillet.sql").read_text(encoding="utf-8"))
-    lines = text.substitute(program=identifier(PROGRAM), version=version).splitlines()
-    return [line for line in lines if line and not line.startswith("--")]
 
 
 def finish(msi, version, date, package_code):
@@ -126,8 +107,8 @@ def finish(msi, version, date, package_code):
     code_page = msi.with_name("code-page.idt")
     code_page.write_text(f"\r\n\r\n{CODE_PAGE}\t_ForceCodepage\r\n", newline="")
     database.import_(str(code_page))
-    for statement in statements(version):
-        Libmsi.Query.new(database, statement).execute(None)
+    for statement in STATEMENTS:
+        Libmsi.Query.new(database, statement.format(version=version)).execute(None)
 
     information = Libmsi.SummaryInfo.new(database, 10)
     information.set_string(Libmsi.Property.SUBJECT, f"Quillet {version}")

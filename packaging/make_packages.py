@@ -25,7 +25,7 @@ def write_checksums(folder):
 
 def write_zip(folder, date, output):
     with zipfile.ZipFile(output, "w", zipfile.ZIP_DEFLATED) as package:
-        for name in files_in(folder):
+        for name in sorted(files_in(folder), key=lambda name: name != "LIESMICH.txt"):
             entry = zipfile.ZipInfo(f"{output.stem}/{name}", (date.year, date.month, date.day, 0, 0, 0))
             entry.compress_type = zipfile.ZIP_DEFLATED
             entry.external_attr = 0o100644 << 16

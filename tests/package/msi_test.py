@@ -3,25 +3,33 @@
 import hashlib
 import os
 import re
+import struct
 
-from packages import MSI, PACKAGES, ROOT, VERSION, expected_files, main
+from packages import MSI, ROOT, VERSION, code_blocks, expected_files, main, switches
 from wine_case import WineCase
 
-from make_msi import files_in
+from make_msi import ALWAYS, files_in
 
 OLDER = "2025.4.0"
-SCHEME = "orvane-probe"
 PRODUCTS = r"Software\Microsoft\Windows\CurrentVersion\Uninstall"
+SCHEME = r"HKLM\Software\Classes\orvane-demo"
+FAILED = 1603 % 256
+
+
+def version_words(version):
+    """As they stand in a program's version block."""
+    year, number, patch = map(int, version.split("."))
+    return struct.pack("<4H", number, year, 0, patch)
 
 
 class Msi(WineCase):
     installed = WineCase.drive / "Program Files/Quillet"
 
-    def expect_installed(self, folder, examples, scheme):
+    def expect_installed(self, folder, examples):
         self.assertEqual(files_in(folder), expected_files(examples))
         for line in (folder / "SHA256SUMS").read_text().splitlines():
             checksum, name = line.split("  ")
-            if examples or not name.startswith("examples/"):
+            if (folder / name).exists():
                 self.assertEqual(hashlib.sha256((folder / name).read_bytes()).hexdigest(), checksum, name)
         place = self.windows_path(folder)
         [entry] = self.listed()
@@ -30,7 +38,6 @@ class Msi(WineCase):
                              entry.items())
         self.assertIn("meldet deren Antwort", entry["Comments"])
         self.assertEqual([path.name for path in self.drive.rglob("Quillet*.lnk")], ["Quillet-Handbuch.lnk"])
-        self.expect_scheme(folder, scheme)
 
     def listed(self):
         """What the list of installed programs says of each."""
@@ -44,88 +51,104 @@ class Msi(WineCase):
     def windows_path(self, path):
         return "C:\\" + path.relative_to(self.drive).as_posix().replace("/", "\\")
 
-    def test_default_place_without_examples(self):
+    def test_default_place(self):
         self.live_and_go(self.installed)
 
-    def test_own_place_with_examples_and_scheme(self):
-        above = self.drive / "Werkzeuge für alle"  # not the installer's
+    def test_own_place_with_examples(self):
+        above = self.drive / "Werkzeuge -neu - für alle"  # not the installer's; no switch begins so
         above.mkdir()
         folder = above / "Größe 5"
-        self.live_and_go(folder, f"INSTALLDIR={self.windows_path(folder)}", scheme=SCHEME, examples=True)
+        self.live_and_go(folder, f"INSTALLDIR={self.windows_path(folder)}", examples=True)
 
-    def live_and_go(self, folder, *properties, scheme=None, examples=False):
+    def live_and_go(self, folder, *properties, examples=False):
         """The whole life of an installation, from an older version on, after which all is as before."""
         # Windows keeps the features at an upgrade; Wine wants to be told.
         features = ("ADDLOCAL=ALL",) if examples else ()
-        properties += (f"URLSCHEME={scheme}",) if scheme else ()
         older = self.older()
         self.assertEqual(self.msiexec("/i", older, *features, *properties), 0)
         self.assertEqual(self.programs(), [f"Quillet {OLDER}"])
         self.assertTrue((folder / "docs/only-in-older.html").exists())
 
         self.assertEqual(self.msiexec("/i", MSI, *features), 0)
-        self.expect_installed(folder, examples, scheme)
+        self.expect_installed(folder, examples)
         self.assertGreater((self.folder / "msi.log").stat().st_size, 1000)
-        self.expect_answers(folder, scheme)
+        self.expect_answers(folder)
         self.assertNotEqual(self.msiexec("/i", older), 0)
         self.assertEqual(self.programs(), [f"Quillet {VERSION}"])
 
         (folder / "quillet.exe").unlink()
         (folder / "docs/handbuch.html").write_text("damaged")
-        self.wine("reg", "delete", f"HKLM\\Software\\Classes\\{SCHEME}", "/f")
         self.assertEqual(self.msiexec("/i", MSI, "REINSTALL=ALL", "REINSTALLMODE=amus"), 0)
-        self.expect_installed(folder, examples, scheme)
+        self.expect_installed(folder, examples)
 
-        self.assertEqual(self.msiexec("/x", MSI), 0)
-        self.unregister_by_file()
+        for choice, examples in (("ADDLOCAL=ALL", True), ("REMOVE=Examples", False)):
+            self.assertEqual(self.msiexec("/i", MSI, choice, *properties), 0, choice)
+            self.expect_installed(folder, examples)
+        before = self.state()
+        self.assertEqual(self.msiexec("/i", MSI, r"INSTALLDIR=C:\elsewhere"), FAILED)
+        self.assertEqual(self.state(), before)
+
+        # What is refused at an installation is no reason to keep what is installed.
+        self.assertEqual(self.msiexec("/x", MSI, r"INSTALLDIR=C:\elsewhere -nodlg", "URLSCHEME=orvane"), 0)
         if folder != self.installed:
             folder.parent.rmdir()
         self.expect_nothing_left()
 
+    def test_an_upgrade_can_move_it(self):
+        self.assertEqual(self.msiexec("/i", self.older()), 0)
+        folder = self.installed.with_name("Anderswo")
+        self.assertEqual(self.msiexec("/i", MSI, f"INSTALLDIR={self.windows_path(folder)}"), 0)
+        self.expect_installed(folder, examples=False)
+        self.assertFalse(self.installed.exists())
+        self.assertEqual(self.msiexec("/x", MSI), 0)
+        self.expect_nothing_left()
+
     def older(self):
         content = self.content("older")
-        (content / "CHANGELOG.html").write_text("older")
+        # The file's own version, too: the installer leaves a file that is newer than its package says.
+        program = content / "quillet.exe"
+        self.assertIn(version_words(VERSION), program.read_bytes())
+        program.write_bytes(program.read_bytes().replace(version_words(VERSION), version_words(OLDER)))
+        (content / "docs/CHANGELOG.html").write_text("older")
         (content / "docs/only-in-older.html").write_text("older")
         return self.make(content, OLDER, "older-package")
 
-    def expect_scheme(self, folder, scheme):
-        """Registered as docs/security.md says, or not at all."""
-        key = f"Software\\Classes\\{SCHEME}"
-        if not scheme:
-            self.assertIsNone(self.value(key))
-            return
-        text = (ROOT / "docs/security.md").read_text(encoding="utf-8")
-        command = next(line.strip() for line in text.splitlines() if line.strip().endswith('-url="%1"'))
-        command = command.replace("C:\\Program Files\\Quillet", self.windows_path(folder))
-        self.assertEqual(self.value(key), f"URL:{SCHEME}")
-        self.assertEqual(self.value(key, "URL Protocol"), "")
-        self.assertEqual(self.value(key + r"\shell\open\command"), command)
-
-    def expect_answers(self, folder, scheme):
-        """Requests by a recipe, by the program's name alone, and by link are answered by the example host."""
+    def expect_answers(self, folder):
+        """Requests by the program's name alone, by a recipe and by a link are answered by the host that is installed."""
+        start, call, *_ = code_blocks(folder / "LIESMICH.txt")[0]
+        host = folder / start.split()[1].replace("\\", "/")
+        self.assertEqual(host, folder / ALWAYS[0])
         self.assertEqual(self.run_recipe(folder), 256 - 2)
         self.assertEqual(self.output().strip(), "Der Host ist nicht gestartet.")
-        end_host = self.start_host(PACKAGES.parent / "example_host.exe", "--answer=42")
-        self.assertEqual(self.run_recipe(folder), 42)
-        self.assertEqual(self.output().strip(), "Der Host hat mit 42 geantwortet.")
-        command = 'start "" /wait quillet.exe -kla=QuilletBeispielHost -copydata="nur mit Namen"'
-        self.assertEqual(self.wine("cmd", "/c", command), 42)
-        self.expect_link_answered(scheme or self.registered_by_file())
+        end_host = self.start_host(host, *start.split()[2:])
+        self.assertEqual(self.wine("cmd", "/c", call), 7)
+        self.assertIn("Vorgang-4711", self.host_log())
+        self.assertEqual(self.run_recipe(folder), 7)
+        self.assertEqual(self.output().strip(), "Der Host hat mit 7 geantwortet.")
+        self.expect_scheme_comes_and_goes()
         end_host()
 
-    def expect_link_answered(self, scheme):
-        link = f"{scheme}:open?kla=QuilletBeispielHost&copydata=%22durch%20den%20Link%22"
-        self.assertEqual(self.wine("start", link), 0)
-        self.wait_for("the link's text", lambda: "durch den Link" in self.host_log())
-        self.wait_for("the answer to the link", lambda: self.host_log().count("Antwort: WM_USER") == 3)
+    def expect_scheme_comes_and_goes(self):
+        """By the handbook's lines; the files name the default place."""
+        register, unregister = code_blocks(ROOT / "docs/handbuch.md", "### Ein Schema für alle Benutzer")
+        before = self.registry()
+        folder = ROOT / "examples/url-scheme"
+        self.batch(register, folder)
+        if (self.installed / "quillet.exe").exists():
+            self.assertEqual(self.wine("start", "orvane-demo:x?kla=QuilletBeispielHost&copydata=%22durch%20den%20Link%22"), 0)
+            self.wait_for("the link's text", lambda: "durch den Link" in self.host_log())
+            self.wait_for("the answer to the link", lambda: self.host_log().count("Antwort: WM_USER") == 3)
+        self.assertEqual(self.value(SCHEME + r"\shell\open\command"), r'"C:\Program Files\Quillet\quillet.exe" -url="%1"')
+        self.batch(unregister, folder)
+        self.assertEqual(self.registry(), before)
 
-    def registered_by_file(self):
-        """The scheme of the files for all users, which name the default place; it goes again before the program does."""
-        self.assertEqual(self.wine("regedit", "/S", ROOT / "examples/url-scheme/register-all-users.reg"), 0)
-        return "orvane-demo"
-
-    def unregister_by_file(self):
-        self.assertEqual(self.wine("regedit", "/S", ROOT / "examples/url-scheme/unregister-all-users.reg"), 0)
+        # What belongs to somebody else neither comes to us nor goes with us.
+        self.wine("reg", "add", SCHEME + r"\shell\open\command", "/ve", "/d", "other.exe", "/f")
+        others = self.registry()
+        for lines in (register, unregister):
+            self.batch(lines, folder)
+            self.assertEqual(self.registry(), others, lines)
+        self.wine("reg", "delete", SCHEME, "/f")
 
     def run_recipe(self, folder):
         """The recipe looks in the default place, unless told otherwise."""
@@ -135,15 +158,26 @@ class Msi(WineCase):
         return self.wine("cmd", "/c", "send-text.cmd", "Vorgang 4711", folder=ROOT / "examples/batch")
 
     def test_refusals_change_nothing(self):
-        for scheme in ("JavaScript", "größe", "a b", "exefile"):
-            with self.subTest(scheme):
-                self.assertEqual(self.msiexec("/i", MSI, f"URLSCHEME={scheme}"), 1603 % 256)
-                self.assertIn("LaunchConditions", self.log())
+        paths = [f"C:\\Werkzeuge {switch.upper()}x\\Quillet" for switch in switches()] + ["C:\\100%\\Quillet", "C:\\a\\..\\b"]
+        self.assertEqual(len(paths), 12 + 2)
+        for refused in ("URLSCHEME=orvane-demo", "REMEMBEREDDIR=C:\\a -nodlg", *(f"INSTALLDIR={path}" for path in paths)):
+            self.expect_refused(refused)
+        self.expect_refused("URLSCHEME=orvane-demo", "REINSTALL=ALL", "REMOVE=ALL")
+
+        self.wine("reg", "add", r"HKLM\Software\Orvane\Quillet", "/v", "InstallDir", "/d", "C:\\a -nodlg\\", "/f")
+        self.expect_refused()
+        self.wine("reg", "delete", r"HKLM\Software\Orvane", "/f")
+
         self.wine("winecfg", "-v", "win81")
         self.addCleanup(self.wine, "winecfg", "-v", "win10")
-        self.assertEqual(self.msiexec("/i", MSI), 1603 % 256)
+        self.expect_refused()
         self.wine("winecfg", "-v", "win10")
         self.expect_nothing_left()
+
+    def expect_refused(self, *properties):
+        with self.subTest(properties):
+            self.assertEqual(self.msiexec("/i", MSI, *properties), FAILED)
+            self.assertRegex(self.log(), r"Action start [\d:]+: LaunchConditions\.(?!(.|\n)*Action start)")
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 The first three arguments of every test program: ROOT PACKAGES VERSION.
 """
+import re
 import sys
 import tempfile
 import unittest
@@ -19,16 +20,27 @@ sys.path.insert(0, str(ROOT / "packaging"))
 
 
 def expected_files(examples=True):
-    """Names of all files, as they should be. The MSI leaves the examples out unless they are asked for."""
-    pages = ["CHANGELOG.html", "docs/freigabe.html", "docs/handbuch.html", "docs/host-guide.html",
-             "docs/host-leitfaden.html", "docs/security.html", "docs/sicherheit.html",
-             "examples/url-scheme/README.html"]
-    programs = ["quillet.exe", "examples/caller/example_caller.exe", "examples/host/example_host.exe"]
+    """Names of all files, as they should be. The MSI leaves most examples out unless they are asked for."""
+    pages = ["docs/CHANGELOG.html", "docs/freigabe.html", "docs/handbuch.html", "docs/host-guide.html",
+             "docs/host-leitfaden.html", "docs/security.html", "docs/sicherheit.html"]
+    always = ["quillet.exe", "examples/host/example_host.exe", "examples/call-builder/call-builder.html"]
     sources = [path.relative_to(ROOT).as_posix() for path in (ROOT / "examples").rglob("*")
                if path.is_file() and path.name not in ("CMakeLists.txt", "README.md")
                and (path.parent.name != "call-builder" or path.suffix == ".html")]
-    names = ["SHA256SUMS", "THIRD-PARTY-NOTICES.txt", *pages, *programs, *sources]
-    return sorted(name for name in names if examples or not name.startswith("examples/"))
+    more = ["examples/caller/example_caller.exe", "examples/url-scheme/README.html", *sources] if examples else []
+    return sorted(["LIESMICH.txt", "SHA256SUMS", "THIRD-PARTY-NOTICES.txt", *pages, *{*always, *more}])
+
+
+def code_blocks(path, heading=""):
+    """The lines of each indented or fenced block of commands of a text, from a heading to the next."""
+    text = path.read_text(encoding="utf-8").partition(heading)[2] if heading else path.read_text(encoding="utf-8")
+    blocks = re.findall(r"^```bat\n(.*?)^```|((?:^    [^\n]*\n)+)", text.partition("\n### ")[0], re.MULTILINE | re.DOTALL)
+    return [[line.strip() for line in (fenced or indented).splitlines()] for fenced, indented in blocks]
+
+
+def switches():
+    """All that the program looks for in its command line, as the handbook's table lists them."""
+    return re.findall(r"(?m)^\| `(-[?\w]+=?)` \|", (ROOT / "docs/handbuch.md").read_text(encoding="utf-8"))
 
 
 def date_of_zip():

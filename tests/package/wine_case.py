@@ -41,10 +41,13 @@ class WineCase(WithFolder):
         log, msi = ("Z:" + str(path).replace("/", "\\") for path in (self.folder / "msi.log", msi))
         words = [action, f'"{msi}"', "/qn", "/norestart", "/l*v", f'"{log}"']
         words += ['{}="{}"'.format(*item.split("=", 1)) for item in properties]
-        # In a batch file, because only there the line is what it is: Wine puts quotes around whole arguments of its own.
-        line = "@msiexec " + " ".join(words).replace("%", "%%")
-        (self.folder / "install.cmd").write_bytes((line + "\r\n").encode("cp850"))
-        return self.wine("cmd", "/c", "install.cmd", folder=self.folder)
+        return self.batch(["msiexec " + " ".join(words).replace("%", "%%")], self.folder)
+
+    def batch(self, lines, folder):
+        """In a batch file, because only there a line is what it is: Wine puts quotes around whole arguments of its own."""
+        file = self.folder / "lines.cmd"
+        file.write_bytes("\r\n".join(["@echo off", *lines, ""]).encode("cp850"))
+        return self.wine("cmd", "/c", str(file), folder=folder)
 
     def log(self):
         content = (self.folder / "msi.log").read_bytes()
@@ -80,9 +83,9 @@ class WineCase(WithFolder):
         after = self.state()
         self.assertEqual((sorted(after - self.before), sorted(self.before - after)), ([], []))
 
-    def value(self, key, name=None):
-        """A registry value's text under HKLM, in 64-bit eyes, or None."""
-        self.wine("reg", "query", "HKLM\\" + key, *(("/v", name) if name else ("/ve",)))
+    def value(self, key):
+        """The text of a key's default value, or None."""
+        self.wine("reg", "query", key, "/ve")
         found = re.search(r"REG_\w+ *(.*)", self.output())
         return found[1].strip() if found else None
 
