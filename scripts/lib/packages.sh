@@ -20,7 +20,7 @@ packages_test=(
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
 # Making the packages: pages from documents, the MSI and a look into it, notices from copyright files, manifests.
-packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debian python3-yaml python3-fastjsonschema)
+packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debian python3-yaml python3-fastjsonschema python3-lxml)
 
 # The schema of the bill of materials, which is in none of them (sbom_schema.sh); and signing.
 packages_schema=(npm)
