@@ -5,19 +5,18 @@ The linker's map tells which members of which library are in; the package's copy
 import dataclasses
 import re
 import subprocess
+from collections import defaultdict
 from pathlib import Path
 
 from debian.copyright import Copyright
 
-# Where the sources of a library lie, by the words of its package's copyright file; a library that is not named here is
-# one of the C run-time library.
-SOURCES = {"libpthread": "mingw-w64-libraries/winpthreads/", "libwinpthread": "mingw-w64-libraries/winpthreads/"}
-C_RUNTIME = "mingw-w64-crt/"
+# Of the C run-time library's package, the sources of what can be linked, and what is not, by the words of its copyright file.
+LINKED = ("mingw-w64-crt/", "mingw-w64-libraries/winpthreads/")
+NOT_LINKED = ("mingw-w64-libraries/winpthreads/tests_pthread/", "mingw-w64-crt/profile/")
 # A library that this build makes itself has no package's path in the map, but its sources have one.
 BUILT_HERE = {"libgtest": Path("/usr/src/googletest/googletest/CMakeLists.txt")}
-NOT_IN_LIBRARIES = ("tests_pthread/", "profile/")
 
-# The names that copyright files use, where SPDX has another one. What has no name in SPDX stays as it is.
+# The names that copyright files use, where SPDX has one. What has no name in SPDX stays as it is.
 SPDX = {"ZPL-2.1": "ZPL-2.1", "expat": "MIT", "BSD-3-clause": "BSD-3-Clause", "BSD-3-clause-Lockless": "BSD-3-Clause",
         "ISC": "ISC"}
 COMPILER_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
@@ -31,16 +30,28 @@ class Package:
     architecture: str
 
     @property
-    def copyright_file(self):
-        return Path("/usr/share/doc") / self.name / "copyright"
+    def copyright(self):
+        return (Path("/usr/share/doc") / self.name / "copyright").read_text(encoding="utf-8")
+
+    def licences(self):
+        """SPDX expressions, or plain names where SPDX has none, of what can be linked from it."""
+        if "gcc-" in self.name or "g++-" in self.name:
+            if COMPILER_EXCEPTION not in self.copyright:
+                raise ValueError(f"the copyright of {self.name} does not have the exception for run-time libraries")
+            return [COMPILER_LICENCE]
+        names = {paragraph.license.synopsis
+                 for paragraph in Copyright(self.copyright.splitlines(True), strict=False).all_files_paragraphs()
+                 if any(pattern == "*" or pattern.startswith(LINKED) and not pattern.startswith(NOT_LINKED)
+                        for pattern in paragraph.files)}
+        return sorted({SPDX.get(name, name) for name in names})
 
 
-@dataclasses.dataclass(frozen=True, order=True)
-class Library:
-    """One library, or one object that the compiler adds by itself."""
-    name: str
-    package: Package
-    licences: tuple  # SPDX expressions, or plain names where SPDX has none
+def package_of(path):
+    """The package that installed this file. Ends the build when there is none: its terms would be unknown."""
+    owner = subprocess.run(["dpkg-query", "--search", path], check=True, capture_output=True, text=True).stdout
+    fields = subprocess.run(["dpkg-query", "--show", "--showformat=${Package} ${Version} ${Architecture}",
+                             owner.partition(": ")[0]], check=True, capture_output=True, text=True).stdout
+    return Package(*fields.split())
 
 
 def linked_files(link_map):
@@ -53,40 +64,9 @@ def linked_files(link_map):
         Path(name) for name in members if Path(name).stem in BUILT_HERE}
 
 
-def package_of(path):
-    """The package that installed this file. Ends the build when there is none: its terms would be unknown."""
-    owner = subprocess.run(["dpkg-query", "--search", path], check=True, capture_output=True, text=True).stdout
-    return described(owner.partition(": ")[0])
-
-
-def described(package):
-    fields = subprocess.run(["dpkg-query", "--show", "--showformat=${Package} ${Version} ${Architecture}", package],
-                            check=True, capture_output=True, text=True).stdout
-    return Package(*fields.split())
-
-
-def compiler(command):
-    """The package of a compiler command, such as x86_64-w64-mingw32-g++-posix."""
-    return package_of(Path(command).resolve())
-
-
-def licences(library, package):
-    text = package.copyright_file.read_text(encoding="utf-8")
-    if "gcc-" in package.name or "g++-" in package.name:
-        if COMPILER_EXCEPTION not in text:
-            raise ValueError(f"{package.copyright_file} no longer has the exception for run-time libraries")
-        return (COMPILER_LICENCE,)
-    sources = SOURCES.get(library, C_RUNTIME)
-    names = {SPDX.get(paragraph.license.synopsis, paragraph.license.synopsis)
-             for paragraph in Copyright(text.splitlines(True), strict=False).all_files_paragraphs()
-             if any(pattern == "*" or pattern.startswith(sources) and not pattern.startswith(
-                 tuple(sources + part for part in NOT_IN_LIBRARIES)) for pattern in paragraph.files)}
-    return tuple(sorted(names))
-
-
-def linked_libraries(link_maps):
-    found = set()
-    for path in sorted(set().union(*map(linked_files, link_maps))):
-        package = package_of(BUILT_HERE.get(path.stem, path))
-        found.add(Library(path.stem, package, licences(path.stem, package)))
-    return sorted(found)
+def linked_packages(link_maps):
+    """The packages, and the names of what is linked from each."""
+    found = defaultdict(list)
+    for path in sorted(set().union(*map(linked_files, link_maps)), key=lambda path: path.stem):
+        found[package_of(BUILT_HERE.get(path.stem, path))].append(path.stem)
+    return dict(sorted(found.items()))

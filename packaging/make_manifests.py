@@ -5,7 +5,6 @@ PACKAGES has the finished ZIP and MSI, signed if they are to be: their hashes go
 folder of the web from which both can be had, the one thing that no build can know. The manifests come into
 OUTPUT/winget, OUTPUT/chocolatey and OUTPUT/scoop.
 """
-import hashlib
 import json
 import sys
 from pathlib import Path
@@ -15,6 +14,7 @@ import yaml
 
 from make_msi import installer_version, product_code, upgrade_code
 from make_notices import OWNER
+from make_packages import sha256
 
 WINGET_NAME = "Orvane.Quillet"
 WINGET_SCHEMA = "1.6.0"
@@ -40,36 +40,32 @@ Install-ChocolateyPackage @package
 """
 
 
-def sha256(path):
-    return hashlib.sha256(path.read_bytes()).hexdigest()
-
-
 def write(path, text):
     path.parent.mkdir(parents=True, exist_ok=True)
     path.write_text(text, encoding="utf-8", newline="\n")
 
 
 def winget(msi, version, date, url):
-    """Yields (end of the file's name, manifest) for the three files that make one version."""
-    common = {"PackageIdentifier": WINGET_NAME, "PackageVersion": version}
-
-    def manifest(kind, content):
-        return {**common, **content, "ManifestType": kind, "ManifestVersion": WINGET_SCHEMA}
-
-    yield "", manifest("version", {"DefaultLocale": "de-DE"})
-    yield ".locale.de-DE", manifest("defaultLocale", {
-        "PackageLocale": "de-DE", "Publisher": "Orvane", "PackageName": "Quillet", "License": OWNER,
-        "Copyright": "Copyright © 2026 Orvane", "ShortDescription": SUMMARY, "Description": DESCRIPTION})
+    """The three files that make one version, by the end of the file's name."""
     code = f"{{{product_code(version)}}}"
-    yield ".installer", manifest("installer", {
-        "Platform": ["Windows.Desktop"], "MinimumOSVersion": OLDEST_WINDOWS, "InstallerType": "msi", "Scope": "machine",
-        "InstallModes": ["silent", "silentWithProgress"],
-        "InstallerSwitches": {"InstallLocation": 'INSTALLDIR="<INSTALLPATH>"'},
-        "UpgradeBehavior": "install", "Commands": ["quillet"], "ReleaseDate": date, "ProductCode": code,
-        # The list of programs has another number than the file.
-        "AppsAndFeaturesEntries": [{"DisplayName": f"Quillet {version}", "DisplayVersion": installer_version(version),
-                                    "Publisher": "Orvane", "ProductCode": code, "UpgradeCode": f"{{{upgrade_code()}}}"}],
-        "Installers": [{"Architecture": "x64", "InstallerUrl": url, "InstallerSha256": sha256(msi).upper()}]})
+    manifests = {
+        "": {"DefaultLocale": "de-DE", "ManifestType": "version"},
+        ".locale.de-DE": {
+            "PackageLocale": "de-DE", "Publisher": "Orvane", "PackageName": "Quillet", "License": OWNER,
+            "Copyright": "Copyright © 2026 Orvane", "ShortDescription": SUMMARY, "Description": DESCRIPTION,
+            "ManifestType": "defaultLocale"},
+        ".installer": {
+            "Platform": ["Windows.Desktop"], "MinimumOSVersion": OLDEST_WINDOWS, "InstallerType": "msi", "Scope": "machine",
+            "InstallModes": ["silent", "silentWithProgress"],
+            "InstallerSwitches": {"InstallLocation": 'INSTALLDIR="<INSTALLPATH>"'},
+            "UpgradeBehavior": "install", "Commands": ["quillet"], "ReleaseDate": date, "ProductCode": code,
+            # The list of programs has another number than the file.
+            "AppsAndFeaturesEntries": [{"DisplayName": f"Quillet {version}", "DisplayVersion": installer_version(version),
+                                        "Publisher": "Orvane", "ProductCode": code, "UpgradeCode": f"{{{upgrade_code()}}}"}],
+            "Installers": [{"Architecture": "x64", "InstallerUrl": url, "InstallerSha256": sha256(msi).upper()}],
+            "ManifestType": "installer"}}
+    return {suffix: {"PackageIdentifier": WINGET_NAME, "PackageVersion": version, **manifest, "ManifestVersion": WINGET_SCHEMA}
+            for suffix, manifest in manifests.items()}
 
 
 def nuspec(version, address):
@@ -82,7 +78,7 @@ def nuspec(version, address):
     files = ElementTree.SubElement(package, "files")
     ElementTree.SubElement(files, "file", src="tools\\**", target="tools")
     ElementTree.indent(package)
-    return ElementTree.tostring(package, encoding="unicode", xml_declaration=False)
+    return '<?xml version="1.0" encoding="utf-8"?>\n' + ElementTree.tostring(package, encoding="unicode") + "\n"
 
 
 def scoop(archive, version, address):
@@ -93,30 +89,18 @@ def scoop(archive, version, address):
             "env_add_path": "."}
 
 
-def write_winget(msi, version, date, url, folder):
-    for suffix, manifest in winget(msi, version, date, url):
-        write(folder / f"{WINGET_NAME}{suffix}.yaml",
-              yaml.safe_dump(manifest, sort_keys=False, allow_unicode=True, width=1000))
-
-
-def write_chocolatey(msi, version, address, url, folder):
-    write(folder / "quillet.nuspec", '<?xml version="1.0" encoding="utf-8"?>\n' + nuspec(version, address) + "\n")
-    write(folder / "tools/chocolateyinstall.ps1", INSTALL_SCRIPT.format(url=url, sha256=sha256(msi)))
-
-
-def write_scoop(archive, version, address, folder):
-    write(folder / "quillet.json", json.dumps(scoop(archive, version, address), indent=4, ensure_ascii=False) + "\n")
-
-
 def main(packages, version, date, address, output):
     if not address.startswith(("https://", "http://")):
         sys.exit(f"make_manifests: {address} is no address of the web")
     packages, output, address = Path(packages), Path(output), address.rstrip("/")
     msi, archive = (packages / f"Quillet-{version}-x64.{kind}" for kind in ("msi", "zip"))
     url = f"{address}/{msi.name}"
-    write_winget(msi, version, date, url, output / "winget")
-    write_chocolatey(msi, version, address, url, output / "chocolatey")
-    write_scoop(archive, version, address, output / "scoop")
+    for suffix, manifest in winget(msi, version, date, url).items():
+        write(output / f"winget/{WINGET_NAME}{suffix}.yaml",
+              yaml.safe_dump(manifest, sort_keys=False, allow_unicode=True, width=1000))
+    write(output / "chocolatey/quillet.nuspec", nuspec(version, address))
+    write(output / "chocolatey/tools/chocolateyinstall.ps1", INSTALL_SCRIPT.format(url=url, sha256=sha256(msi)))
+    write(output / "scoop/quillet.json", json.dumps(scoop(archive, version, address), indent=4, ensure_ascii=False) + "\n")
 
 
 if __name__ == "__main__":

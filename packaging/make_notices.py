@@ -8,7 +8,7 @@ import sys
 from collections import defaultdict
 from pathlib import Path
 
-from linked_libraries import linked_libraries
+from linked_libraries import linked_packages
 
 OWNER = "© 2026 Orvane, all rights reserved until the owner chooses a licence"
 COMMON_LICENCES = (Path("/usr/share/common-licenses/GPL-3"),)
@@ -22,12 +22,10 @@ def section(heading, text):
 def main(output, *link_maps):
     lines = [f"Quillet: {OWNER}.", "",
              "The programs of this package contain parts of the following libraries, each under its own terms.", ""]
-    libraries_of, packages_of = defaultdict(list), defaultdict(list)
-    for library in linked_libraries(link_maps):
-        libraries_of[library.package].append(library.name)
-    for package, libraries in sorted(libraries_of.items()):
+    packages_of = defaultdict(list)
+    for package, libraries in linked_packages(link_maps).items():
         lines += [f"- {', '.join(libraries)}", f"  from Debian's package {package.name}, version {package.version}"]
-        packages_of[package.copyright_file.read_text(encoding="utf-8")].append(package.name)
+        packages_of[package.copyright].append(package.name)
     parts = []
     for text, packages in packages_of.items():  # packages from one source have the same file
         parts += section(f"The copyright file of {', '.join(packages)}", text)

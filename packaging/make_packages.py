@@ -15,11 +15,15 @@ from pathlib import Path
 from make_msi import files_in, write_msi
 
 
+def sha256(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
 def write_checksums(folder):
     """As sha256sum writes them, and `sha256sum -c` reads them."""
     sums = folder / "SHA256SUMS"
     sums.unlink(missing_ok=True)
-    lines = [f"{hashlib.sha256((folder / name).read_bytes()).hexdigest()}  {name}\n" for name in files_in(folder)]
+    lines = [f"{sha256(folder / name)}  {name}\n" for name in files_in(folder)]
     sums.write_text("".join(lines), encoding="utf-8", newline="\n")
 
 

@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
 """Writes what the programs consist of, as CycloneDX JSON: make_sbom.py FOLDER VERSION DATE COMPILER OUTPUT MAP…
 
-FOLDER has the programs as they are packed; MAP is a linker's map. The programs with their hashes, the libraries linked
-into them with their Debian versions and licences, and the compiler. The same content gives the same bytes.
+FOLDER has the programs as they are packed; MAP is a linker's map. The programs with their hashes, the Debian packages of which
+libraries are linked into them, with version and licences, and the compiler. The same content gives the same bytes.
 """
-import hashlib
 import json
 import sys
 import uuid
@@ -12,13 +11,10 @@ from pathlib import Path
 
 import linked_libraries
 from make_notices import OWNER
+from make_packages import sha256
 
 NAMES = uuid.UUID("5dd59b95-5d6c-4ee5-a04e-0b37e66e5f0b")
 CYCLONEDX = "1.6"
-
-
-def sha256(path):
-    return hashlib.sha256(path.read_bytes()).hexdigest()
 
 
 def program(path, name, version):
@@ -27,10 +23,11 @@ def program(path, name, version):
             "hashes": [{"alg": "SHA-256", "content": sha256(path)}]}
 
 
-def debian_url(package):
+def debian(package, kind, **more):
     # A plus sign has to be escaped in a package URL.
     name, version = (text.replace("+", "%2B") for text in (package.name, package.version))
-    return f"pkg:deb/debian/{name}@{version}?arch={package.architecture}"
+    return {"type": kind, "bom-ref": f"{kind} {package.name}", "name": package.name, "version": package.version,
+            "supplier": {"name": "Debian"}, **more, "purl": f"pkg:deb/debian/{name}@{version}?arch={package.architecture}"}
 
 
 def licence(name):
@@ -40,33 +37,24 @@ def licence(name):
     return {"license": {"id" if known else "name": name}}
 
 
-def library(linked):
-    return {"type": "library", "bom-ref": f"{linked.package.name}/{linked.name}", "name": linked.name,
-            "version": linked.package.version, "supplier": {"name": "Debian"},
-            "licenses": [licence(name) for name in linked.licences], "purl": debian_url(linked.package)}
-
-
-def compiler(command):
-    package = linked_libraries.compiler(command)
-    return {"type": "application", "bom-ref": f"compiler {package.name}", "name": package.name,
-            "version": package.version, "supplier": {"name": "Debian"}, "scope": "excluded",
-            "description": "the compiler, which is not part of the program", "purl": debian_url(package)}
-
-
 def bill(folder, version, date, compiler_command, link_maps):
     main_program = program(folder / "quillet.exe", "quillet.exe", version)
     samples = [program(path, path.relative_to(folder).as_posix(), version)
                for path in sorted(folder.glob("examples/**/*.exe"))]
     maps = {Path(name).stem: name for name in link_maps}
-    linked = {item["bom-ref"]: linked_libraries.linked_libraries([maps[Path(item["name"]).stem]])
+    linked = {item["bom-ref"]: linked_libraries.linked_packages([maps[Path(item["name"]).stem]])
               for item in (main_program, *samples)}
-    libraries = sorted(set().union(*linked.values()))
+    libraries = [debian(package, "library", description="linked: " + ", ".join(names),
+                        licenses=[licence(name) for name in package.licences()])
+                 for package, names in linked_libraries.linked_packages(link_maps).items()]
+    compiler = debian(linked_libraries.package_of(Path(compiler_command).resolve()), "application", scope="excluded",
+                      description="the compiler, which is not part of the program")
     return {
         "bomFormat": "CycloneDX", "specVersion": CYCLONEDX, "version": 1,
         "metadata": {"timestamp": f"{date}T00:00:00Z", "component": main_program},
-        "components": [*samples, *map(library, libraries), compiler(compiler_command)],
-        "dependencies": [{"ref": name, "dependsOn": [library(item)["bom-ref"] for item in items]}
-                         for name, items in linked.items()],
+        "components": [*samples, *libraries, compiler],
+        "dependencies": [{"ref": name, "dependsOn": [f"library {package.name}" for package in packages]}
+                         for name, packages in linked.items()],
     }
 
 

@@ -143,11 +143,13 @@ class Bill(unittest.TestCase):
                                                         "content": hashlib.sha256(content).hexdigest()}])
 
     def test_libraries_have_their_packages_versions_and_licences(self):
-        linked = {name.partition("/")[2]: self.components[name] for name in self.depends_on("quillet.exe")}
+        linked = next(entry["dependsOn"] for entry in self.bill["dependencies"] if entry["ref"] == "quillet.exe")
+        self.assertEqual(set(linked), {f"library {package_of(library)[0]}" for library in ALWAYS_LINKED})
         for library in ALWAYS_LINKED:
             package, version = package_of(library)
-            component = linked[Path(library).stem]
-            self.assertEqual((component["bom-ref"].partition("/")[0], component["version"]), (package, version))
+            component = self.components[f"library {package}"]
+            self.assertEqual((component["name"], component["version"]), (package, version))
+            self.assertRegex(component["description"], rf"[ :]{re.escape(Path(library).stem)}(,|$)")
             licences = json.dumps(component["licenses"])
             expected = "GPL-3.0-or-later WITH GCC-exception-3.1" if re.match("g(cc|[+][+])-", package) else "ZPL-2.1"
             self.assertIn(expected, licences, library)
@@ -159,11 +161,9 @@ class Bill(unittest.TestCase):
 
     def test_every_reference_leads_to_a_component(self):
         known = {"quillet.exe", *self.components}
+        self.assertEqual(len(known), len(self.bill["components"]) + 1)
         for dependency in self.bill["dependencies"]:
             self.assertLessEqual({dependency["ref"], *dependency["dependsOn"]}, known)
-
-    def depends_on(self, name):
-        return next(entry["dependsOn"] for entry in self.bill["dependencies"] if entry["ref"] == name)
 
 
 if __name__ == "__main__":
