@@ -3,9 +3,6 @@
 #include "CWinApp.h"
 #include "Exceptions.h"
 
-#include <algorithm>
-#include <cwctype>
-
 CString::CString(const wchar_t* text) : m_units(text == nullptr ? L"" : text) {}
 
 CString::CString(const wchar_t* text, int length) : m_units(text, static_cast<std::size_t>(length))
@@ -40,8 +37,10 @@ void CString::Append(const wchar_t* text, int length)
 
 CString& CString::MakeLower()
 {
-    std::ranges::transform(m_units, m_units.begin(),
-                           [](wchar_t unit) { return static_cast<wchar_t>(std::towlower(unit)); });
+    for (wchar_t& unit : m_units)
+    {
+        unit = static_cast<wchar_t>(unit >= L'A' && unit <= L'Z' ? unit + (L'a' - L'A') : unit);
+    }
     return *this;
 }
 

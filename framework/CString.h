@@ -33,8 +33,8 @@ public:
     /// Appends `length` code units of `text`, zeros included.
     void Append(const wchar_t* text, int length);
 
-    /// Lower-cases in place, one unit for one unit, by the C run-time library's current locale. The
-    /// tool never sets one, so only A to Z change.
+    /// Lower-cases A to Z in place, one unit for one unit, and nothing else, whatever the locale:
+    /// what the documented one does in the C locale, which the tool never leaves.
     CString& MakeLower();
 
     /// Loads a string of the module's string table. FALSE, and an empty string, when there is none.

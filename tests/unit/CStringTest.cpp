@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
+#include <clocale>
+#include <string>
+
 namespace
 {
 
@@ -101,6 +106,30 @@ TEST(CString, MakeLowerChangesAToZUnitForUnit)
     CString text(L"AZaz@[\u00C4\u00E4\u0130\u212A\u1E9E\U00010400");
     EXPECT_EQ(&text.MakeLower(), &text);
     EXPECT_STREQ(text, L"azaz@[\u00C4\u00E4\u0130\u212A\u1E9E\U00010400");
+}
+
+/// The C run-time library in the user's locale, in which it lower-cases more letters.
+class UsersLocale
+{
+public:
+    UsersLocale() { std::setlocale(LC_ALL, ""); }
+    ~UsersLocale() { std::setlocale(LC_ALL, "C"); }
+    UsersLocale(const UsersLocale&) = delete;
+    UsersLocale& operator=(const UsersLocale&) = delete;
+};
+
+TEST(CString, MakeLowerLeavesEveryOtherUnitAloneInAnyLocale)
+{
+    std::wstring all;
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit)
+    {
+        all += static_cast<wchar_t>(unit);
+    }
+    std::wstring expected = all;
+    std::copy_n(L"abcdefghijklmnopqrstuvwxyz", 26, expected.begin() + L'A');
+    const UsersLocale locale;
+    CString text(all.data(), static_cast<int>(all.size()));
+    EXPECT_TRUE(Units(text.MakeLower()) == expected);
 }
 
 TEST(CString, LoadsAStringOfTheStringTable)
