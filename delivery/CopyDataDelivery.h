@@ -1,6 +1,6 @@
 #pragma once
 
-#include <windows.h>
+#include <afxwin.h>
 
 #include "app/ResultCode.h"
 

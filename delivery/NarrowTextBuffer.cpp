@@ -1,7 +1,6 @@
 #include "delivery/NarrowTextBuffer.h"
 
 #include <afxdisp.h>
-#include <afxwin.h>
 
 #include <malloc.h>
 

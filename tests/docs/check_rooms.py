@@ -5,6 +5,8 @@ Its table under "The rooms" is the rule. The third column names, in `code`, the 
 them further down in the table, and the single files elsewhere that it may include: leaves, which include nothing of the project
 themselves. A folder whose third column says "everything" is not looked at; one with sources has to be in the table.
 
+And that nobody includes <windows.h> before a header of the dialog framework: the vendor's wants to do so itself.
+
 Prints one line per fault, and ends with 1 if there is any.
 """
 import re
@@ -32,15 +34,27 @@ def sources(root, folder):
     return sorted(path for path in (root / folder).rglob("*") if path.suffix in SUFFIXES)
 
 
-def included(root, path):
-    """The project's own files among those that `path` includes, each as a path from the root."""
+def includes(root, path):
+    """Yields (name, the project's own file of that name or None) for each file that `path` includes, in order."""
     for mark, name in INCLUDE.findall(path.read_text(encoding="utf-8")):
         # In angle brackets, the dialog framework's headers are found in our own subset of it.
         places = [path.parent / name, root / name] if mark == '"' else [root / "framework" / name]
-        for place in places:
-            if place.is_file():
-                yield place.resolve().relative_to(root).as_posix()
-                break
+        yield name, next((place.resolve() for place in places if place.is_file()), None)
+
+
+def included(root, path):
+    """The project's own files among those that `path` includes, each as a path from the root."""
+    return [file.relative_to(root).as_posix() for _, file in includes(root, path) if file]
+
+
+def platform_headers(root, path, seen):
+    """<windows.h> and the dialog framework's headers, in the order in which a compiler gets to them."""
+    for name, file in includes(root, path):
+        if name == "windows.h" or name.startswith("afx"):
+            yield name
+        elif file and file not in seen:
+            seen.add(file)
+            yield from platform_headers(root, file, seen)
 
 
 def check_order(table):
@@ -67,6 +81,13 @@ def check_includes(root, table):
                     yield f"{path.relative_to(root)} includes {other}"
 
 
+def check_windows(root, table):
+    for path in [path for folder, _ in table if folder != "framework/" for path in sources(root, folder)]:
+        first, *others = [*platform_headers(root, path, set()), None]
+        if first == "windows.h" and any(name and name != first for name in others):
+            yield f"{path.relative_to(root)} gets to <windows.h> before the dialog framework's headers"
+
+
 def check_complete(root, table):
     known = {folder for folder, _ in table}
     for path in sorted(root.iterdir()):
@@ -80,7 +101,8 @@ def check(root):
     table = list(rooms((root / "docs/architecture.md").read_text(encoding="utf-8")))
     if not table:
         return ["docs/architecture.md has no table of rooms"]
-    return [*check_order(table), *check_leaves(root, table), *check_includes(root, table), *check_complete(root, table)]
+    return [*check_order(table), *check_leaves(root, table), *check_includes(root, table), *check_windows(root, table),
+            *check_complete(root, table)]
 
 
 def main(root):

@@ -63,6 +63,13 @@ class CheckRooms(unittest.TestCase):
         self.assertEqual(self.faults({"delivery/Send.h": "#include <afxwin.h>\n", "framework/afxwin.h": ""}, table),
                          ["delivery/Send.h includes framework/afxwin.h"])
 
+    def test_windows_before_the_framework(self):
+        files = {"delivery/Send.cpp": '#include "delivery/Send.h"\n#include <afxwin.h>\n',
+                 "framework/afxwin.h": "#include <windows.h>\n"}
+        self.assertEqual(self.faults({**files, "delivery/Send.h": "#include <windows.h>\n"}),
+                         ["delivery/Send.cpp gets to <windows.h> before the dialog framework's headers"])
+        self.assertEqual(self.faults({**files, "delivery/Send.h": "#include <afxdisp.h>\n#include <windows.h>\n"}), [])
+
     def test_table_that_allows_a_step_up(self):
         table = TABLE.replace("the platform", "`delivery/`")
         self.assertEqual(self.faults({}, table), ["framework/ may use delivery/, which does not stand below it"])
