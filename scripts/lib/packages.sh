@@ -19,6 +19,9 @@ packages_test=(
   clang-19 libclang-rt-19-dev libbenchmark-dev python3-yaml
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
+# Reading the program's sources as Visual C++ would: a compiler with that mode, headers of the platform and of a C++ library.
+packages_visual_cpp=(clang-19 libwine-dev libc++-19-dev)
+
 # Making the packages: pages from documents, the MSI and a look into it, notices from copyright files, manifests.
 packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debian python3-yaml python3-fastjsonschema python3-lxml)
 
