@@ -9,6 +9,8 @@ if(MSVC)
   # The vendor's dialog framework, as shared library, takes the place of framework/.
   set(CMAKE_MFC_FLAG 2)
   target_compile_definitions(quillet_build_options INTERFACE _AFXDLL)
+  # It warns of functions of the C library (swscanf, getenv) for which it has replacements of its own.
+  target_compile_definitions(quillet_build_options INTERFACE _CRT_SECURE_NO_WARNINGS)
   return()
 endif()
 

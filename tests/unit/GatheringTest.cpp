@@ -3,6 +3,7 @@
 #include "tests/support/PlainGathering.h"
 #include "tests/support/RandomSeed.h"
 #include "tests/support/RequestOf.h"
+#include "tests/unit/StringFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +54,7 @@ std::optional<SendRequest> ProgramsRequest(const std::wstring& line)
     {
         return RequestOf(line);
     }
-    catch (CInvalidArgException* exception)
+    catch (StringFailure* exception)
     {
         exception->Delete();
         return std::nullopt;

@@ -3,6 +3,7 @@
 #include "tests/support/LongTexts.h"
 #include "tests/support/PlainGathering.h"
 #include "tests/support/RequestOf.h"
+#include "tests/unit/StringFailure.h"
 
 #include <malloc.h>
 
@@ -89,7 +90,7 @@ TEST(LongUrl, EndsTheRunWhenItsLastUnitIsAPercentSign)
         RequestOf(Fill(L"x?copydata=", L"%20", L"%"));
         FAIL();
     }
-    catch (CInvalidArgException* exception)
+    catch (StringFailure* exception)
     {
         exception->Delete();
     }

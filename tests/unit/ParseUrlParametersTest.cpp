@@ -1,4 +1,5 @@
 #include "app/QuilletApp.h"
+#include "tests/unit/StringFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -157,7 +158,7 @@ TEST(UrlParameters, WhoseDecodingRunsPastItsEndEndTheRun)
             CQuilletApp::ParseUrlParameters(url);
             ADD_FAILURE() << "no failure for " << std::wstring(url);
         }
-        catch (CInvalidArgException* exception)
+        catch (StringFailure* exception)
         {
             exception->Delete();
         }

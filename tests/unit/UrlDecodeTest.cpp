@@ -1,4 +1,5 @@
 #include "app/QuilletApp.h"
+#include "tests/unit/StringFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +23,7 @@ bool ReadsBeyondTheEnd(const std::wstring& text)
         Decode(text);
         return false;
     }
-    catch (CInvalidArgException* exception)
+    catch (StringFailure* exception)
     {
         exception->Delete();
         return true;
