@@ -1,8 +1,10 @@
 #include "tests/kit/Machine.h"
 
 #include "tests/kit/Utf8.h"
+#include "tests/support/ForegroundLock.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace
@@ -118,22 +120,13 @@ std::string Integrity()
     return std::string(name) + " (" + std::to_string(level) + ")";
 }
 
-/// What was found, the timeout in milliseconds.
-DWORD foundTimeout = 0;
+std::optional<ForegroundLock> foregroundLock;
 UINT foundCodePage = 0;
-
-bool SetTimeout(DWORD milliseconds)
-{
-    // The number itself stands where other settings have an address.
-    return ::SystemParametersInfoW(SPI_SETFOREGROUNDLOCKTIMEOUT, 0,
-                                   reinterpret_cast<void*>(static_cast<ULONG_PTR>(milliseconds)),
-                                   0) != FALSE;
-}
 
 /// Also called when the user breaks off; the platform's own handler then ends the process.
 BOOL WINAPI Restore(DWORD)
 {
-    SetTimeout(foundTimeout);
+    foregroundLock->Restore();
     ::SetConsoleOutputCP(foundCodePage);
     return FALSE;
 }
@@ -142,28 +135,35 @@ BOOL WINAPI Restore(DWORD)
 
 std::vector<std::string> DescribeMachine()
 {
-    return {"Windows:                 " + Version(), "Code pages:              " + CodePages(),
-            "Language:                " + Language(), "Scaling and screen:      " + Screen(),
+    return {"Windows:                 " + Version(),
+            "Code pages:              " + CodePages(),
+            "Language:                " + Language(),
+            "Scaling and screen:      " + Screen(),
             "Integrity level:         " + Integrity()};
 }
 
 TestConditions::TestConditions()
 {
-    ::SystemParametersInfoW(SPI_GETFOREGROUNDLOCKTIMEOUT, 0, &foundTimeout, 0);
     foundCodePage = ::GetConsoleOutputCP();
+    foregroundLock.emplace(0);
     ::SetConsoleCtrlHandler(&Restore, TRUE);
-    m_unlocked = SetTimeout(0);
     ::SetConsoleOutputCP(::GetOEMCP());
+    ::SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED | ES_DISPLAY_REQUIRED);
 }
 
 TestConditions::~TestConditions()
 {
+    ::SetThreadExecutionState(ES_CONTINUOUS);
     ::SetConsoleCtrlHandler(&Restore, FALSE);
     Restore(0);
+    foregroundLock.reset();
 }
 
 std::string TestConditions::DescribeForeground() const
 {
-    return "Foreground lock timeout: " + std::to_string(foundTimeout) + " ms, " +
-           (m_unlocked ? "0 while the tests run" : "which could not be set to 0 for the tests");
+    const DWORD now = ForegroundLockTimeout();
+    return "Foreground lock timeout: " + std::to_string(foregroundLock->Found()) + " ms, " +
+           (now == 0 ? "0 while the tests run"
+                     : "and it stays at " + std::to_string(now) +
+                           " ms: tests that need the foreground are skipped");
 }

@@ -13,6 +13,7 @@ std::vector<std::string> DescribeMachine();
 /// - No program that brings a window to the foreground is refused for the sake of what the user is
 ///   doing: the tests bring their own windows there, and the user has been asked to rest.
 /// - The console has the code page that consoles begin with: batch files are read in it.
+/// - Neither the machine nor its screen goes to sleep, which would lock the screen.
 class TestConditions
 {
 public:
@@ -23,7 +24,4 @@ public:
 
     /// The foreground lock timeout, for the report.
     std::string DescribeForeground() const;
-
-private:
-    bool m_unlocked = false;
 };

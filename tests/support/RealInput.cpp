@@ -1,7 +1,9 @@
 #include "tests/support/RealInput.h"
 
+#include "tests/support/ForegroundLock.h"
 #include "tests/support/Waiting.h"
 
+#include <iostream>
 #include <vector>
 
 namespace
@@ -39,10 +41,19 @@ bool IsInFront(HWND window)
     return ::GetForegroundWindow() == window;
 }
 
+/// What the platform said the last time that it was asked for the foreground.
+struct Asked
+{
+    bool inputTaken = false;
+    bool granted = false;
+};
+Asked lastAsked;
+
 /// False, since it takes until later.
 bool AskForForeground(HWND window)
 {
-    ::SetForegroundWindow(window);
+    lastAsked.inputTaken = SendEmptyInput();
+    lastAsked.granted = ::SetForegroundWindow(window) != FALSE;
     return false;
 }
 
@@ -50,7 +61,15 @@ bool AskForForeground(HWND window)
 
 bool WaitForForeground(HWND window)
 {
-    return WaitUntil([window] { return IsInFront(window) || AskForForeground(window); });
+    const bool inFront =
+        WaitUntil([window] { return IsInFront(window) || AskForForeground(window); });
+    if (!inFront)
+    {
+        std::cerr << "The window does not get to the foreground; asked for it last, the platform "
+                  << (lastAsked.granted ? "agreed" : "refused")
+                  << (lastAsked.inputTaken ? "\n" : ", and took no empty input\n");
+    }
+    return inFront;
 }
 
 bool ActInFront(HWND window, const std::function<void()>& act)

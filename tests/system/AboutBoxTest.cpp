@@ -1,6 +1,7 @@
 // The wait dialog's system-menu entry and the About box that it opens.
 #include "app/ResultCode.h"
 #include "res/resource.h"
+#include "tests/support/InFront.h"
 #include "tests/support/WaitingRun.h"
 
 #include <gtest/gtest.h>
@@ -65,7 +66,7 @@ TEST_F(AboutBox, CaptionsCloseClosesIt)
     ExpectDialogAsBefore();
 }
 
-class AboutBoxKey : public AboutBox, public ::testing::WithParamInterface<WORD>
+class AboutBoxKey : public InFront<AboutBox>, public ::testing::WithParamInterface<WORD>
 {
 };
 
@@ -82,8 +83,10 @@ TEST_P(AboutBoxKey, ClosesIt)
 INSTANTIATE_TEST_SUITE_P(AboutBox, AboutBoxKey,
                          ::testing::Values(VK_RETURN, VK_ESCAPE, VK_SPACE, VK_EXECUTE));
 
+using AboutBoxEntry = InFront<AboutBox>;
+
 // Its mnemonic is the "o" of "Inf&o".
-TEST_F(AboutBox, OpensFromTheSystemMenuByItsMnemonic)
+TEST_F(AboutBoxEntry, OpensTheBoxByItsMnemonic)
 {
     const auto choose = [this] {
         OpenSystemMenu(dialog);

@@ -2,6 +2,7 @@
 #include "app/ResultCode.h"
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/HostProcess.h"
+#include "tests/support/InFront.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RealInput.h"
 #include "tests/support/ScriptedHost.h"
@@ -32,11 +33,6 @@ private:
 
     std::wstring m_className;
 };
-
-bool WaitUntilInFront(const Stranger& stranger)
-{
-    return WaitUntil([&] { return ::GetForegroundWindow() == stranger.Window(); });
-}
 
 /// Whether the window that was in front keeps its place. Under Wine the desktop itself can be in
 /// front for a while, or for good, when the window manager has taken the focus from a window that
@@ -82,11 +78,13 @@ bool ComesToFront(const Stranger& target)
     });
 }
 
-TEST(Activation, ACoveredTargetComesToTheFront)
+using Activation = InFront<>;
+
+TEST_F(Activation, ACoveredTargetComesToTheFront)
 {
     const Stranger target;
     const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
+    ASSERT_TRUE(WaitForForeground(cover.Window()));
     ASSERT_TRUE(IsAbove(cover.Window(), target.Window()));
     EXPECT_TRUE(ComesToFront(target));
     // Windows raises the foreground window. Wine leaves the order of windows that are on screen
@@ -97,11 +95,11 @@ TEST(Activation, ACoveredTargetComesToTheFront)
     EXPECT_NE(IsAbove(target.Window(), cover.Window()), ordersNothing);
 }
 
-TEST(Activation, AMinimisedTargetIsRestoredAndRaised)
+TEST_F(Activation, AMinimisedTargetIsRestoredAndRaised)
 {
     const Stranger target(L"minimised");
     const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
+    ASSERT_TRUE(WaitForForeground(cover.Window()));
     ASSERT_TRUE(::IsIconic(target.Window()));
     EXPECT_TRUE(ComesToFront(target));
     EXPECT_TRUE(WaitUntil([&] { return ::IsIconic(target.Window()) == FALSE; }));
@@ -112,21 +110,21 @@ TEST(Activation, AMinimisedTargetIsRestoredAndRaised)
                 WaitUntil([&] { return IsAbove(target.Window(), cover.Window()); }));
 }
 
-TEST(Activation, AHiddenTargetStaysHidden)
+TEST_F(Activation, AHiddenTargetStaysHidden)
 {
     const Stranger target(L"hidden");
     const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
+    ASSERT_TRUE(WaitForForeground(cover.Window()));
     EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
     EXPECT_FALSE(::IsWindowVisible(target.Window()));
     EXPECT_TRUE(NobodyElseIsInFront(cover));
 }
 
-TEST(Activation, ATargetThatWasInFrontEndsInFront)
+TEST_F(Activation, ATargetThatWasInFrontEndsInFront)
 {
     const Stranger other;
     const Stranger target;
-    ASSERT_TRUE(WaitUntilInFront(target));
+    ASSERT_TRUE(WaitForForeground(target.Window()));
     EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
     EXPECT_TRUE(NobodyElseIsInFront(target));
     EXPECT_FALSE(::IsIconic(target.Window()));
@@ -134,7 +132,7 @@ TEST(Activation, ATargetThatWasInFrontEndsInFront)
 
 // The minimised dialog takes the foreground for itself, so it is the one target that is sure to be
 // minimised and in front. The message is none that it reads as an answer.
-TEST(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
+TEST_F(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
 {
     const QuilletRun run(std::wstring(L" -nodlg -activatewindow -msg=8000 -nam=\"") +
                          kWaitDialogCaption + L'"');
@@ -149,12 +147,12 @@ TEST(Activation, AMinimisedTargetThatIsInFrontStaysMinimised)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
-TEST(Activation, WithoutTheSwitchNothingMoves)
+TEST_F(Activation, WithoutTheSwitchNothingMoves)
 {
     const Stranger minimised(L"minimised");
     const Stranger covered;
     const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
+    ASSERT_TRUE(WaitForForeground(cover.Window()));
     for (const auto* target : {&minimised, &covered})
     {
         EXPECT_EQ(RunQuillet(L" -nodlg -kla=" + target->ClassName()), kResultCancelled);
@@ -181,7 +179,7 @@ ScriptedHost::Script NoteDialogAndAnswer(DialogState& state)
     };
 }
 
-TEST(Activation, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
+TEST(ActivationSwitch, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
 {
     DialogState state;
     const ScriptedHost target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
@@ -192,7 +190,7 @@ TEST(Activation, WithoutADialogToWaitInTheOwnOneIsMinimisedMeanwhile)
     EXPECT_TRUE(state.minimised);
 }
 
-TEST(Activation, ADialogToWaitInIsShownNormally)
+TEST(ActivationSwitch, ADialogToWaitInIsShownNormally)
 {
     DialogState state;
     const ScriptedHost target({UniqueName(L"Target"), L"Target"}, NoteDialogAndAnswer(state));
@@ -201,23 +199,23 @@ TEST(Activation, ADialogToWaitInIsShownNormally)
     EXPECT_FALSE(state.minimised);
 }
 
-TEST(Activation, ARefusalEndsWithoutPumpingAMessage)
+TEST(ActivationSwitch, ARefusalEndsWithoutPumpingAMessage)
 {
     const ScriptedHost target({UniqueName(L"Target"), L"Target"}, ReturnFromCopyData(0));
     EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -copydata=abc -kla=" + target.ClassName()),
               kResultSendFailed);
 }
 
-TEST(Activation, NoTargetEndsWithoutActivation)
+TEST_F(Activation, NoTargetEndsWithoutActivation)
 {
     const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
+    ASSERT_TRUE(WaitForForeground(cover.Window()));
     EXPECT_EQ(RunQuillet(L" -nodlg -activatewindow -kla=" + UniqueName(L"Nobody")),
               kResultWindowNotFound);
     EXPECT_TRUE(NobodyElseIsInFront(cover));
 }
 
-TEST(Activation, WhatCannotBeActivatedStillReceives)
+TEST(ActivationSwitch, WhatCannotBeActivatedStillReceives)
 {
     const struct
     {
@@ -240,57 +238,8 @@ TEST(Activation, WhatCannotBeActivatedStillReceives)
     }
 }
 
-/// While it lives, the platform keeps programs from taking the foreground away from somebody who
-/// has just worked there, as it does for every user. (The self-test kit lifts that for the other
-/// tests.)
-class ForegroundLock
-{
-public:
-    ForegroundLock()
-    {
-        ::SystemParametersInfoW(SPI_GETFOREGROUNDLOCKTIMEOUT, 0, &m_found, 0);
-        constexpr ULONG_PTR kUsual = 200'000; // milliseconds
-        Set(kUsual);
-    }
-    ~ForegroundLock() { Set(m_found); }
-    ForegroundLock(const ForegroundLock&) = delete;
-    ForegroundLock& operator=(const ForegroundLock&) = delete;
-
-private:
-    static void Set(ULONG_PTR milliseconds)
-    {
-        ::SystemParametersInfoW(SPI_SETFOREGROUNDLOCKTIMEOUT, 0,
-                                reinterpret_cast<void*>(milliseconds), 0);
-    }
-
-    DWORD m_found = 0;
-};
-
-// Windows may refuse the foreground here, since neither the program nor who started it is in front,
-// and flash the target's taskbar button instead; Wine refuses nobody. The request goes out either
-// way, with the same exit code.
-TEST(Activation, RefusedOrNotTheRequestGoesOut)
-{
-    const ScriptedHost target({UniqueName(L"Target"), L"Target"});
-    ASSERT_TRUE(target.WaitForFocus());
-    const Stranger cover;
-    ASSERT_TRUE(WaitUntilInFront(cover));
-    ASSERT_TRUE(ActInFront(cover.Window(), [] { PressKey(VK_CONTROL); }));
-    {
-        const ForegroundLock lock;
-        EXPECT_EQ(RunMinimised(L" -msg=5 -kla=" + target.ClassName()), kResultCancelled);
-    }
-    const auto received = target.WaitForMessages(1);
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0].message, WM_USER + 5u);
-    ExpectsAsUnderWine("foreground-lock", "there is none",
-                       ::GetForegroundWindow() == target.Handle()
-                           ? "the target came to the front all the same"
-                           : "the target was refused the foreground");
-}
-
 // Foreground rules and window managers are the home of flakes: the real thing, many times in a row.
-TEST(Activation, ComesToTheFrontEveryTime)
+TEST_F(Activation, ComesToTheFrontEveryTime)
 {
     constexpr size_t kTimes = 20;
     const std::array<Stranger, 2> strangers;

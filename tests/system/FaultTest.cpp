@@ -3,6 +3,7 @@
 #include "app/ResultCode.h"
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/HostProcess.h"
+#include "tests/support/InFront.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RealInput.h"
 #include "tests/support/ScriptedHost.h"
@@ -88,9 +89,11 @@ TEST(Fault, NotificationToAHungHostDoesNotWait)
     EXPECT_TRUE(hanging.IsRunning());
 }
 
+using FaultInFront = InFront<>;
+
 // Showing a window of another thread waits until that thread has dealt with it. The platform does
 // so for one that is restored, and not for one that is only shown once more.
-TEST(Fault, ActivatingAHungHostWaitsForItOnlyWhenItIsMinimised)
+TEST_F(FaultInFront, ActivatingAHungHostWaitsForItOnlyWhenItIsMinimised)
 {
     constexpr std::chrono::milliseconds kAMoment{500};
     for (const bool minimised : {false, true})

@@ -18,8 +18,10 @@
 // button, and while the dialog is minimised. The framework's dialog class therefore handles these
 // keys itself; without that the rows below that end with them give 0.
 #include "app/ResultCode.h"
+#include "tests/support/InFront.h"
 #include "tests/support/RandomSeed.h"
 #include "tests/support/RealInput.h"
+#include "tests/support/RunsUnderWine.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/UniqueName.h"
 #include "tests/support/WaitingRun.h"
@@ -325,22 +327,18 @@ void OpenAndCloseSystemMenu(HWND dialog)
     EXPECT_TRUE(WaitUntil([dialog] { return !IsInMenuMode(dialog); }));
 }
 
-bool WaitUntilInFront(HWND dialog)
-{
-    return WaitUntil([dialog] { return ::GetForegroundWindow() == dialog; });
-}
-
-// The window manager gives the focus back by itself, when it has given it to the other window
-// before. Asking for it as well would start a race between the two. Wine asks by itself, though:
-// now and then the dialog loses the foreground once more for some milliseconds, and a key may go
-// with it.
+// On Windows the foreground has to be asked for. Under Wine, the window manager gives the focus
+// back by itself, when it has given it to the other window before; asking for it as well would
+// start a race between the two. Wine asks by itself, though: now and then the dialog loses the
+// foreground once more for some milliseconds, and a key may go with it.
 void LoseFocusAndGetItBack(HWND dialog)
 {
     {
         const ScriptedHost other({UniqueName(L"Other"), L"Other"});
-        EXPECT_TRUE(other.WaitForFocus());
+        EXPECT_TRUE(RunsUnderWine() ? other.WaitForFocus() : WaitForForeground(other.Handle()));
     }
-    EXPECT_TRUE(WaitUntilInFront(dialog));
+    EXPECT_TRUE(RunsUnderWine() ? WaitUntil([dialog] { return ::GetForegroundWindow() == dialog; })
+                                : WaitForForeground(dialog));
 }
 
 /// What is held down can be let go by others than the user (see RealInput.h).
@@ -389,7 +387,8 @@ std::string NameOf(const ::testing::TestParamInfo<UserAction>& info)
     return info.param.name;
 }
 
-class CancellingAction : public WaitDialog, public ::testing::WithParamInterface<UserAction>
+class CancellingAction : public InFront<WaitDialog>,
+                         public ::testing::WithParamInterface<UserAction>
 {
 };
 
@@ -402,7 +401,7 @@ TEST_P(CancellingAction, EndsWithMinusOne)
 INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, ::testing::ValuesIn(kCancellingActions),
                          NameOf);
 
-class HarmlessAction : public WaitDialog, public ::testing::WithParamInterface<UserAction>
+class HarmlessAction : public InFront<WaitDialog>, public ::testing::WithParamInterface<UserAction>
 {
 protected:
     void EndByActionAndKey(WORD key) const
@@ -437,7 +436,7 @@ TEST_P(HarmlessAction, KeepsExecuteACancel)
 
 INSTANTIATE_TEST_SUITE_P(WaitDialog, HarmlessAction, ::testing::ValuesIn(kHarmlessActions), NameOf);
 
-class RandomActions : public WaitDialog, public ::testing::WithParamInterface<int>
+class RandomActions : public InFront<WaitDialog>, public ::testing::WithParamInterface<int>
 {
 };
 

@@ -3,10 +3,12 @@
 set(labels_of_RunFlow app framework runtime)
 set(labels_of_UrlRun app)
 set(labels_of_Activation target)
+set(labels_of_ActivationSwitch target)
+set(labels_of_ForegroundLock target)
 set(labels_of_PatternSearch target)
 set(labels_of_CopyData delivery)
 set(labels_of_CopyDataEncoding delivery)
-foreach(suite IN ITEMS WaitDialog CancellingAction HarmlessAction RandomActions AboutBox AboutBoxKey AboutCommand ModalAboutBox
+foreach(suite IN ITEMS WaitDialog CancellingAction HarmlessAction RandomActions AboutBox AboutBoxEntry AboutBoxKey AboutCommand ModalAboutBox
     TwoAboutBoxes)
   set(labels_of_${suite} delivery framework)
 endforeach()
