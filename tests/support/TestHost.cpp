@@ -1,7 +1,9 @@
 // A host in a process of its own, for what a window of the test process cannot show: it can be
 // killed, it can hang, and the platform's foreground rules see it as a stranger. It reports what
 // happens to it (see HostReport.h). Called as: test_host CLASS TITLE [minimised|hidden] [hang]
+// [load]
 #include "tests/support/HostReport.h"
+#include "tests/support/PlantedLibrary.h"
 #include "tests/support/ScriptedHost.h"
 
 #include <shellapi.h>
@@ -51,6 +53,10 @@ int wmain()
         options.style |= word == L"minimised" ? WS_MINIMIZE : 0;
         options.style &= word == L"hidden" ? ~DWORD{WS_VISIBLE} : ~DWORD{0};
         hangs = hangs || word == L"hang";
+        if (word == L"load")
+        {
+            ::LoadLibraryW(kLibraryToLoad);
+        }
     }
     const ScriptedHost host(options, [hangs](HWND window, const ReceivedMessage& message) {
         return ReportAndHandle(window, message, hangs);
