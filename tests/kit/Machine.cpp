@@ -2,6 +2,8 @@
 
 #include "tests/kit/Utf8.h"
 #include "tests/support/ForegroundLock.h"
+#include "tests/support/MarkOfTheWeb.h"
+#include "tests/support/ProgramPath.h"
 
 #include <array>
 #include <optional>
@@ -139,7 +141,9 @@ std::vector<std::string> DescribeMachine()
             "Code pages:              " + CodePages(),
             "Language:                " + Language(),
             "Scaling and screen:      " + Screen(),
-            "Integrity level:         " + Integrity()};
+            "Integrity level:         " + Integrity(),
+            std::string("Mark of the Web:         ") +
+                (HasMarkOfTheWeb(BuiltProgram(L"quillet.exe")) ? "on quillet.exe" : "none")};
 }
 
 TestConditions::TestConditions()

@@ -4,6 +4,6 @@
 #include <string>
 
 /// Opens a file or link as a double click or a browser does, and waits for the end of the program
-/// that the shell has started. Gives its exit code, which reaches nobody else. Fails the test, and
-/// gives nothing, when nothing is started or it does not end.
+/// that the shell has started. Gives its exit code, which reaches nobody else; nothing when nothing
+/// is started or it does not end.
 std::optional<int> OpenByShell(const std::wstring& what);

@@ -1,6 +1,7 @@
 #include "app/AbnormalEnd.h"
 
 #include "app/QuilletApp.h"
+#include "tests/unit/DeathTest.h"
 #include "tests/unit/WindowFixture.h"
 
 namespace
@@ -38,7 +39,9 @@ TEST(AbnormalEnd, CodeIsNoResultCode)
     EXPECT_TRUE(kCode < -3 || kCode > 4096) << kCode;
 }
 
-TEST(AbnormalEndDeathTest, UncaughtExceptionEndsWithTheCode)
+using AbnormalEndDeathTest = DeathTest;
+
+TEST_F(AbnormalEndDeathTest, UncaughtExceptionEndsWithTheCode)
 {
     EXPECT_EXIT(
         {
@@ -48,7 +51,7 @@ TEST(AbnormalEndDeathTest, UncaughtExceptionEndsWithTheCode)
         EndedAbnormally(), "");
 }
 
-TEST(AbnormalEndDeathTest, ApplicationObjectArrangesForIt)
+TEST_F(AbnormalEndDeathTest, ApplicationObjectArrangesForIt)
 {
     EXPECT_EXIT(
         {
@@ -59,7 +62,7 @@ TEST(AbnormalEndDeathTest, ApplicationObjectArrangesForIt)
 }
 
 // ... and so that it does not cross the platform's frames.
-TEST(AbnormalEndDeathTest, ExceptionOfAWindowProcedureEndsTheProcess)
+TEST_F(AbnormalEndDeathTest, ExceptionOfAWindowProcedureEndsTheProcess)
 {
     EXPECT_EXIT(
         {

@@ -72,12 +72,13 @@ TEST_F(CenterWindow, CoversASmallerOwner)
 
 TEST_F(CenterWindow, StaysInsideTheWorkAreaAtEachEdge)
 {
-    Place(m_owner, {m_work.left - 20, m_work.top - 20, m_work.left + 20, m_work.top + 20});
+    // Most of the owner is on this screen; another one may be beside it.
+    Place(m_owner, {m_work.left - 20, m_work.top - 20, m_work.left + 60, m_work.top + 60});
     Place(m_window, {50, 50, 170, 130});
     m_window.CenterWindow();
     EXPECT_EQ((Point{m_work.left, m_work.top}), PlaceOf(m_window));
 
-    Place(m_owner, {m_work.right - 20, m_work.bottom - 20, m_work.right + 20, m_work.bottom + 20});
+    Place(m_owner, {m_work.right - 60, m_work.bottom - 60, m_work.right + 20, m_work.bottom + 20});
     m_window.CenterWindow();
     EXPECT_EQ((Point{m_work.right - 120, m_work.bottom - 80}), PlaceOf(m_window));
 }

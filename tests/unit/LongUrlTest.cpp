@@ -3,6 +3,7 @@
 #include "tests/support/LongTexts.h"
 #include "tests/support/PlainGathering.h"
 #include "tests/support/RequestOf.h"
+#include "tests/unit/DeathTest.h"
 #include "tests/unit/StringFailure.h"
 
 #include <malloc.h>
@@ -166,9 +167,11 @@ void RunWithStack(std::size_t left, void (*job)())
 /// Under Wine a process whose stack overflows ends with 0.
 constexpr int kGathered = 42;
 
+using LongUrlDeathTest = DeathTest;
+
 // An overflow of the stack ends the process, so another one tries. The last shape that it names is
 // the one that needs more.
-TEST(LongUrlDeathTest, NeedsLittleStack)
+TEST_F(LongUrlDeathTest, NeedsLittleStack)
 {
     EXPECT_EXIT(
         {

@@ -1,7 +1,5 @@
 // The guard and the alarm that the compiler's checks of the stack use.
-#include <windows.h>
-
-#include <gtest/gtest.h>
+#include "tests/unit/DeathTest.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -16,7 +14,9 @@ extern std::uintptr_t __stack_chk_guard;
 namespace
 {
 
-TEST(StackProtectorDeathTest, GuardDiffersFromStartToStartAndEndsInAZeroByte)
+using StackProtectorDeathTest = DeathTest;
+
+TEST_F(StackProtectorDeathTest, GuardDiffersFromStartToStartAndEndsInAZeroByte)
 {
     constexpr int kStarts = 8;
     std::set<int> guards; // their low halves
@@ -33,7 +33,7 @@ TEST(StackProtectorDeathTest, GuardDiffersFromStartToStartAndEndsInAZeroByte)
     EXPECT_LT(kStarts / 2, static_cast<int>(guards.size()));
 }
 
-TEST(StackProtectorDeathTest, AlarmEndsTheProcessWithThePlatformsCode)
+TEST_F(StackProtectorDeathTest, AlarmEndsTheProcessWithThePlatformsCode)
 {
     constexpr auto kStackBufferOverrun = static_cast<int>(0xC0000409);
     EXPECT_EXIT(__stack_chk_fail(), ::testing::ExitedWithCode(kStackBufferOverrun), "");
