@@ -3,7 +3,7 @@
 # The Debian packages that this repository needs, grouped by purpose: packages_GROUP for `setup.sh GROUP…`.
 # Debian 12 and 13 both have clang 19: with the version in its name, format, checks, warnings and sanitizers are the same on both.
 
-# Cross-compiling the program. (Python draws the icon; every preset configures the tests, too.)
+# Cross-compiling the program. (Every preset configures the tests, too, some of which are Python's.)
 packages_build=(cmake ninja-build g++-mingw-w64-x86-64-posix python3 googletest)
 
 # Running it on a virtual desktop: Wine and what it loads at run time for text, pointers and screens, a display
