@@ -13,10 +13,9 @@ packages_desktop=(
   libxrender1 libxcursor1 libxi6 libxrandr2 libxcomposite1 libxinerama1
   xvfb openbox xdotool x11-xserver-utils imagemagick)
 
-# Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples and of the workflow, and the
-# benchmarks.
+# Building and running the tests, the native ones with sanitizers and fuzzer, those of the samples, and the benchmarks.
 packages_test=(
-  clang-19 libclang-rt-19-dev libbenchmark-dev python3-yaml
+  clang-19 libclang-rt-19-dev libbenchmark-dev
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
 # Reading the program's sources as Visual C++ would: a compiler with that mode, headers of the platform and of a C++ library.

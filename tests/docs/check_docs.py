@@ -5,9 +5,11 @@
   `<!-- lines of: PATH -->` shows consecutive lines of it.
 - Every relative link and picture leads to a file, and its #anchor to a heading.
 - Every path into this repository in `code` or in a block of commands exists.
+- So does every path and every preset that CI's workflow names, but for its comments.
 
 Prints one line per fault, and ends with 1 if there is any.
 """
+import json
 import re
 import sys
 from pathlib import Path
@@ -19,6 +21,10 @@ CODE = re.compile(r"`([^`]+)`")
 HEADING = re.compile(r"^#+ +(.*?) *$")
 PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|packaging|res|runtime|scripts|"
                   r"target|tests)/[\w./*-]*[\w/*-])")
+WORKFLOW = ".github/workflows/ci.yml"
+PRESET = re.compile(r"(cmake --preset |cmake --build --preset |ctest --preset |\bbuild/)([\w-]+)")
+PRESETS = {"cmake --preset ": "configurePresets", "cmake --build --preset ": "buildPresets",
+           "ctest --preset ": "testPresets", "build/": "configurePresets"}
 
 
 def documents(root):
@@ -98,6 +104,16 @@ def check_paths(root, words):
             yield f"names {word}, which does not exist"
 
 
+def check_workflow(root):
+    text = re.sub("#.*", "", (root / WORKFLOW).read_text(encoding="utf-8"))
+    presets = json.loads((root / "CMakePresets.json").read_text(encoding="utf-8"))
+    for place, name in PRESET.findall(text):
+        if not any(preset["name"] == name and not preset.get("hidden") for preset in presets[PRESETS[place]]):
+            yield f"{WORKFLOW}: {place}{name}: there is no such preset"
+    for fault in check_paths(root, re.findall(r"[\w./*-]+", text)):
+        yield f"{WORKFLOW}: {fault}"
+
+
 def check(root, document):
     for number, line, block in split(document.read_text(encoding="utf-8").splitlines()):
         if block:
@@ -113,8 +129,8 @@ def check(root, document):
 
 def main(root):
     found = list(documents(root))
-    faults = [fault for document in found for fault in check(root, document)]
-    print("\n".join(faults) if faults else f"{len(found)} documents are right")
+    faults = [fault for document in found for fault in check(root, document)] + list(check_workflow(root))
+    print("\n".join(faults) if faults else f"{len(found)} documents and the workflow are right")
     return 1 if faults or not found else 0
 
 

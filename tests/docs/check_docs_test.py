@@ -8,12 +8,16 @@ import check_docs
 
 
 class CheckDocs(unittest.TestCase):
+    def written(self, folder, files):
+        root = Path(folder).resolve()
+        for name, content in files.items():
+            (root / name).parent.mkdir(parents=True, exist_ok=True)
+            (root / name).write_bytes(content.encode())
+        return root
+
     def faults(self, text, files=None):
         with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder).resolve()
-            for name, content in (files or {}).items():
-                (root / name).parent.mkdir(parents=True, exist_ok=True)
-                (root / name).write_bytes(content.encode())
+            root = self.written(folder, files or {})
             document = root / "guide.md"
             document.write_text(text, encoding="utf-8")
             return list(check_docs.check(root, document))
@@ -62,6 +66,16 @@ class CheckDocs(unittest.TestCase):
         self.assertEqual(self.faults("`scripts/test` `app/` `app/*.cpp` `./scripts/test x`", files), [])
         self.assertEqual(len(self.faults("`app/B.cpp`", files)), 1)
         self.assertEqual(len(self.faults("```sh\n./scripts/missing now\n```\n", files)), 1)
+
+    def test_workflow(self):
+        right = "# scripts/gone\n- run: ./scripts/test\n- run: ctest --preset release\n  path: build/release/*.zip\n"
+        files = {"scripts/test": "", "CMakePresets.json": """{"configurePresets": [{"name": "release"}],
+                 "buildPresets": [], "testPresets": [{"name": "release"}, {"name": "base", "hidden": true}]}"""}
+        for text, faults in ((right, 0), (right.replace("scripts/test", "scripts/tests"), 1), (right.replace("preset release", "preset base"), 1),
+                             (right.replace("ctest", "cmake --build"), 1), (right.replace("build/release", "build/releases"), 1)):
+            with tempfile.TemporaryDirectory() as folder:
+                root = self.written(folder, {check_docs.WORKFLOW: text, **files})
+                self.assertEqual(len(list(check_docs.check_workflow(root))), faults, text)
 
 
 if __name__ == "__main__":
