@@ -1,6 +1,6 @@
-// Measures whole runs beside bare programs that do the same, in turn in one run, and prints medians
-// and their ratio: from CreateProcessW to the end of the process, from the host's post to the end
-// of the process, and the memory that a waiting process has needed at most.
+// Measures whole runs beside bare programs that do the same. Each round starts every program once,
+// in an order of its own; what counts is the median of the rounds' ratios to the bare program. That
+// one is in each round twice: how far the second is from the first shows what the ratios are worth.
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"
@@ -8,29 +8,36 @@
 #include <psapi.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
 namespace
 {
 
-constexpr int kWarmUpPairs = 5;
-constexpr int kPairs = 150;
+/// How far the bare program may be from itself for the ratios to be worth anything.
+constexpr double kTolerance = 0.03;
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 struct Program
 {
+    const char* what;
     const wchar_t* file;
-    const wchar_t* arguments;
+    std::wstring arguments;
+    /// The ratio to the bare program that it should not exceed.
+    double aim = 1 + kTolerance;
 };
 
 Process Start(const Program& program)
 {
-    return {BuiltProgram(program.file), std::wstring(program.file) + program.arguments};
+    return {BuiltProgram(program.file), program.file + program.arguments};
 }
 
 void RequireEnd(const Process& process, int code)
@@ -88,38 +95,62 @@ double PeakMegabytes(const Program& program)
 
 double Median(std::vector<double> values)
 {
-    std::ranges::nth_element(values,
-                             values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
+    std::ranges::sort(values);
     return values[values.size() / 2];
 }
 
-void Compare(const char* what, const char* unit, double (*measure)(const Program&),
-             const Program& bare, const Program& quillet)
+/// The median of the rounds' ratios, and the ranks between which it truly lies with 95 %
+/// confidence.
+struct Ratio
 {
-    std::vector<double> bareTimes;
-    std::vector<double> quilletTimes;
-    for (int pair = -kWarmUpPairs; pair < kPairs; ++pair)
+    Ratio(std::vector<double> values, const std::vector<double>& bareValues)
     {
-        // Each goes first in every other pair.
-        const bool bareFirst = pair % 2 == 0;
-        const double first = measure(bareFirst ? bare : quillet);
-        const double second = measure(bareFirst ? quillet : bare);
-        if (pair >= 0)
+        std::ranges::transform(values, bareValues, values.begin(), std::divides());
+        std::ranges::sort(values);
+        const auto count = static_cast<double>(values.size());
+        const auto reach = static_cast<std::size_t>(0.98 * std::sqrt(count));
+        low = values[values.size() / 2 - reach];
+        median = values[values.size() / 2];
+        high = values[values.size() / 2 + reach];
+    }
+
+    double low;
+    double median;
+    double high;
+};
+
+/// Prints a row for the bare program beside itself, and one for each of the others beside it.
+void Compare(const char* unit, double (*measure)(const Program&), int rounds, const Program& bare,
+             const std::vector<Program>& others)
+{
+    std::vector<Program> programs{bare, bare};
+    programs.insert(programs.end(), others.begin(), others.end());
+    std::vector<std::size_t> order(programs.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::for_each(programs, measure); // warms up
+    std::vector<std::vector<double>> values(programs.size());
+    for (std::mt19937 random{std::random_device{}()}; rounds > 0; --rounds)
+    {
+        std::ranges::shuffle(order, random);
+        for (const std::size_t program : order)
         {
-            bareTimes.push_back(bareFirst ? first : second);
-            quilletTimes.push_back(bareFirst ? second : first);
+            values[program].push_back(measure(programs[program]));
         }
     }
-    const double bareMedian = Median(bareTimes);
-    const double quilletMedian = Median(quilletTimes);
-    std::printf("%-28s bare %7.2f %s   quillet %7.2f %s   ratio %.3f   (%d pairs)\n", what,
-                bareMedian, unit, quilletMedian, unit, quilletMedian / bareMedian, kPairs);
+    const bool worthless = std::abs(Ratio(values[1], values[0]).median - 1) > kTolerance;
+    for (std::size_t program = 1; program < programs.size(); ++program)
+    {
+        const auto& [what, file, arguments, aim] = programs[program];
+        const Ratio ratio(values[program], values[0]);
+        const char* verdict = ratio.high <= aim ? "holds" : ratio.low > aim ? "fails" : "open";
+        std::printf("| %s | %.2f %s | %.3f | %.3f to %.3f | %.2f | %s |\n", what,
+                    Median(values[program]), unit, ratio.median, ratio.low, ratio.high, aim,
+                    worthless ? "none: the bare program is off" : verdict);
+    }
 }
 
-} // namespace
-
-// So many windows that the search outweighs the start of the process; the one searched for is the
-// last.
+/// So many windows that the search outweighs the start of the process; the one searched for is the
+/// last.
 void CompareSearch()
 {
     constexpr int kWindows = 2000;
@@ -132,29 +163,32 @@ void CompareSearch()
         windows.push_back(::CreateWindowExW(0, L"STATIC", L"Eins von vielen - Editor", WS_POPUP, 0,
                                             0, 1, 1, nullptr, nullptr, nullptr, nullptr));
     }
-    Compare("search in 2,000 windows", "ms", &WholeRun, {L"bare_search.exe", L""},
-            {L"quillet.exe", L" -nodlg -seaglob -nam=\"Akte [0-9]* - Editor\" -kla=Quillet*Last"});
+    Compare("ms", &WholeRun, 80, {"bare walk", L"bare_search.exe", L""},
+            {{"search in 2,000 windows", L"quillet.exe",
+              L" -nodlg -seaglob -nam=\"Akte [0-9]* - Editor\" -kla=Quillet*Last", 1.15}});
     for (const HWND window : windows)
     {
         ::DestroyWindow(window);
     }
 }
 
+} // namespace
+
 int wmain()
 {
+    std::printf("| what | median | ratio | 95 %% interval | aim | verdict |\n");
+    std::printf("|---|---:|---:|---:|---:|---|\n");
     const ScriptedHost host({L"QuilletBenchHost", L"Host"});
-    constexpr Program kBareNotify{L"bare_notify.exe", L""};
-    constexpr Program kBareDialog{L"bare_dialog.exe", L""};
-    Compare("run, two bare programs", "ms", &WholeRun, kBareNotify, kBareNotify);
-    Compare("run with switches", "ms", &WholeRun, kBareNotify,
-            {L"quillet.exe", L" -nodlg -msg=7 -kla=QuilletBenchHost"});
-    Compare("run with a URL", "ms", &WholeRun, kBareNotify,
-            {L"quillet.exe", L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\""});
-    Compare("answer to end", "ms", &AnswerToEnd, kBareDialog, {L"quillet.exe", L""});
+    const std::wstring notify = L" -nodlg -msg=7 -kla=QuilletBenchHost";
+    const std::wstring notifyUrl = L" -url=\"demo://open?nodlg&msg=7&kla=QuilletBenchHost\"";
     const std::wstring longUrl = L" -url=demo://open?a=" + std::wstring(32'000, L'x');
-    Compare("memory", "MB", &PeakMegabytes, kBareDialog, {L"quillet.exe", L""});
-    Compare("memory, longest URL", "MB", &PeakMegabytes, kBareDialog,
-            {L"quillet.exe", longUrl.c_str()});
+    Compare("ms", &WholeRun, 240, {"bare notification", L"bare_notify.exe", L""},
+            {{"notification by switches", L"quillet.exe", notify, 1.10},
+             {"notification by URL", L"quillet.exe", notifyUrl, 1.15}});
+    Compare("ms", &AnswerToEnd, 240, {"bare answer", L"bare_dialog.exe", L""},
+            {{"answer", L"quillet.exe", L"", 1.10}});
+    Compare("MB", &PeakMegabytes, 40, {"bare dialog", L"bare_dialog.exe", L""},
+            {{"memory, longest URL", L"quillet.exe", longUrl, 1.15}});
     CompareSearch();
     return 0;
 }
