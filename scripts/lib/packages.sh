@@ -29,7 +29,7 @@ packages_schema=(npm)
 packages_signing=(osslsigncode)
 
 # Checking format and style.
-packages_lint=(clang-format-19 clang-tidy-19 cppcheck shellcheck)
+packages_lint=(clang-format-19 clang-tidy-19 shellcheck)
 
 # Measuring what the tests reach.
 packages_coverage=(gcovr)

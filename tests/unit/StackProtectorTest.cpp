@@ -7,7 +7,6 @@
 
 extern "C" {
 extern std::uintptr_t __stack_chk_guard;
-// NOLINTNEXTLINE(readability-identifier-naming): the compiler chose it
 [[noreturn]] void __stack_chk_fail();
 }
 
