@@ -10,9 +10,9 @@ rem dort gehoert   start "" /wait   davor.
 set "CODE=%ERRORLEVEL%"
 
 rem EQU und GEQ rechnen mit Vorzeichen. "if errorlevel 1" fragt nach 1 oder mehr
-rem und nimmt -1, -2 und -3 darum als Erfolg.
+rem und nimmt alles unter 0 darum als Erfolg.
 if %CODE% EQU -1 echo Abgebrochen.
 if %CODE% EQU -2 echo Der Host ist nicht gestartet.
-if %CODE% EQU -3 echo Der Host hat den Text nicht angenommen.
+if %CODE% LSS -2 echo Der Host hat den Text nicht angenommen.
 if %CODE% GEQ 0 echo Der Host hat mit %CODE% geantwortet.
 exit /b %CODE%

@@ -21,7 +21,7 @@ static class SendText
         using (var process = Process.Start(start))
         {
             process.WaitForExit();
-            return process.ExitCode; // mit Vorzeichen: -1, -2, -3 oder die Antwort
+            return process.ExitCode; // mit Vorzeichen; unter 0 ist es keine Antwort
         }
     }
 }

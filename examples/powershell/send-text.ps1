@@ -11,9 +11,9 @@ $arguments = '-kla=QuilletBeispielHost -copydata="' + $Text + '"'
 $process = Start-Process -FilePath $program -ArgumentList $arguments -Wait -PassThru
 
 switch ($process.ExitCode) {
-    (-1)    { 'Abgebrochen.' }
-    (-2)    { 'Der Host ist nicht gestartet.' }
-    (-3)    { 'Der Host hat den Text nicht angenommen.' }
-    default { "Der Host hat mit $_ geantwortet." }
+    (-1)           { 'Abgebrochen.' }
+    (-2)           { 'Der Host ist nicht gestartet.' }
+    { $_ -lt -2 }  { 'Der Host hat den Text nicht angenommen.' }
+    { $_ -ge 0 }   { "Der Host hat mit $_ geantwortet." }
 }
 exit $process.ExitCode

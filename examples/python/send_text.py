@@ -24,10 +24,9 @@ def send(text):
 
 if __name__ == "__main__":
     answer = send(sys.argv[1])
-    failures = {
-        -1: "Abgebrochen.",
-        -2: "Der Host ist nicht gestartet.",
-        -3: "Der Host hat den Text nicht angenommen.",
-    }
-    print(failures.get(answer, f"Der Host hat mit {answer} geantwortet."))
+    if answer >= 0:
+        print(f"Der Host hat mit {answer} geantwortet.")
+    else:
+        failures = {-1: "Abgebrochen.", -2: "Der Host ist nicht gestartet."}
+        print(failures.get(answer, "Der Host hat den Text nicht angenommen."))
     sys.exit(answer)

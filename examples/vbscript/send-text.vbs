@@ -20,9 +20,11 @@ Select Case code
         WScript.Echo "Abgebrochen."
     Case -2
         WScript.Echo "Der Host ist nicht gestartet."
-    Case -3
-        WScript.Echo "Der Host hat den Text nicht angenommen."
     Case Else
-        WScript.Echo "Der Host hat mit " & code & " geantwortet."
+        If code < 0 Then
+            WScript.Echo "Der Host hat den Text nicht angenommen."
+        Else
+            WScript.Echo "Der Host hat mit " & code & " geantwortet."
+        End If
 End Select
 WScript.Quit code
