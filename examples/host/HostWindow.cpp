@@ -11,11 +11,17 @@
 namespace
 {
 
-// The host's own message, outside of the range that callers use.
-constexpr UINT kRequestTaken = WM_APP + 1;
+// The host's own message, outside of the range that callers use. That keeps it apart from theirs,
+// and does not keep it to ourselves: anybody can post it, and the timer's and the button's messages
+// as well. So it only wakes; what there is to do is looked up in the queues.
+constexpr UINT kWake = WM_APP + 1;
 
 constexpr int kAnswerButton = 1;
-constexpr UINT_PTR kAnswerTimer = 1;
+constexpr UINT_PTR kWorkTimer = 1;
+
+// In bytes; a longer text is refused before it is copied. No command line carries more, in UTF-8.
+// A host that knows what its texts look like takes less.
+constexpr DWORD kLongestText = 3 * 32'766;
 
 // In units of 1/96 inch.
 constexpr int kWindowWidth = 560;
@@ -30,14 +36,6 @@ constexpr std::size_t kBytesShown = 128;
 int Scaled(int pixelsAt96Dpi)
 {
     return MulDiv(pixelsAt96Dpi, static_cast<int>(GetDpiForSystem()), USER_DEFAULT_SCREEN_DPI);
-}
-
-// Texts from outside are shown, not obeyed: control characters must not break lines of the
-// protocol.
-std::wstring Printable(std::wstring text)
-{
-    std::replace_if(text.begin(), text.end(), [](wchar_t unit) { return unit < L' '; }, L'\u00B7');
-    return text;
 }
 
 std::wstring InHex(std::span<const std::byte> bytes)
@@ -76,6 +74,9 @@ bool HostWindow::Create(HINSTANCE instance, int showCommand)
         return false;
     }
 
+    CreateControls();
+    LayOut();
+
     // A host that runs with higher rights than its callers has to let their messages in, each by
     // its number:
     //     ChangeWindowMessageFilterEx(m_window, WM_COPYDATA, MSGFLT_ALLOW, nullptr);
@@ -90,21 +91,27 @@ bool HostWindow::Create(HINSTANCE instance, int showCommand)
 LRESULT CALLBACK HostWindow::WindowProc(HWND window, UINT message, WPARAM wParam,
                                         LPARAM lParam) noexcept
 {
-    if (message == WM_NCCREATE)
+    auto* self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr && message == WM_NCCREATE)
     {
         const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-        auto* self = static_cast<HostWindow*>(creation->lpCreateParams);
+        self = static_cast<HostWindow*>(creation->lpCreateParams);
         self->m_window = window;
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
-    auto* self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self == nullptr)
     {
         return DefWindowProcW(window, message, wParam, lParam);
     }
     try
     {
-        return self->Handle(message, wParam, lParam);
+        const LRESULT result = self->Handle(message, wParam, lParam);
+        if (HIWORD(GetQueueStatus(QS_SENDMESSAGE | QS_POSTMESSAGE)) ==
+            0) // else after the next ones
+        {
+            self->m_log.Show();
+        }
+        return result;
     }
     catch (const std::exception&)
     {
@@ -122,26 +129,22 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     {
     case WM_COPYDATA:
         return OnCopyData(wParam, *reinterpret_cast<const COPYDATASTRUCT*>(lParam));
-    case kRequestTaken:
-        OnRequestTaken();
-        return 0;
+    case kWake:
     case WM_TIMER:
-        OnAnswerDue();
+        Work();
         return 0;
     case WM_COMMAND:
-        if (LOWORD(wParam) == kAnswerButton)
+        // Anybody can post this, too: a pressed button is no consent to what cannot be undone.
+        if (m_options.answersByButton && LOWORD(wParam) == kAnswerButton)
         {
-            OnAnswerDue();
+            AnswerOldest();
         }
-        return 0;
-    case WM_CREATE:
-        CreateControls();
         return 0;
     case WM_SETFOCUS:
         SetFocus(m_button);
         return 0;
     case WM_SIZE:
-        LayOut(LOWORD(lParam), HIWORD(lParam));
+        LayOut();
         return 0;
     case WM_DESTROY:
         PostQuitMessage(0);
@@ -153,59 +156,81 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 
 LRESULT HostWindow::OnNotification(UINT message, WPARAM wParam, LPARAM lParam)
 {
-    m_taken.push_back({message, wParam, lParam, 0, {}});
-    PostMessageW(m_window, kRequestTaken, 0, 0);
+    m_taken.push_back({.message = message, .wParam = wParam, .lParam = lParam, .due = AnswerDue()});
+    Wake();
     return 0;
 }
 
 LRESULT HostWindow::OnCopyData(WPARAM dialog, const COPYDATASTRUCT& data)
 {
+    const DWORD readable = data.lpData != nullptr ? kLongestText : 0;
+    const bool fits = data.cbData <= readable;
     const auto* first = static_cast<const std::byte*>(data.lpData);
-    m_taken.push_back(
-        {WM_COPYDATA, dialog, 0, data.dwData, std::vector(first, first + data.cbData)});
-    PostMessageW(m_window, kRequestTaken, 0, 0);
-    return m_options.refusesCopyData ? FALSE : TRUE;
+    m_taken.push_back({.message = WM_COPYDATA,
+                       .wParam = dialog,
+                       .data = data.dwData,
+                       .size = data.cbData,
+                       .bytes = std::vector(first, first + (fits ? data.cbData : 0)),
+                       .isRefused = !fits || m_options.refusesCopyData,
+                       .due = AnswerDue()});
+    Wake();
+    return m_taken.back().isRefused ? FALSE : TRUE;
 }
 
-void HostWindow::OnRequestTaken()
+// Has Work() called when the sender is no longer blocked. A full queue refuses the message; the
+// timer needs no place there.
+void HostWindow::Wake()
 {
-    Request request = std::move(m_taken.front());
-    m_taken.pop_front();
-    Show(request);
-    if (request.message == WM_COPYDATA && m_options.refusesCopyData)
+    if (!PostMessageW(m_window, kWake, 0, 0))
     {
-        m_log.Write(L"  abgelehnt");
-        return; // nobody waits
+        SetTimer(m_window, kWorkTimer, USER_TIMER_MINIMUM, nullptr);
     }
-    m_unanswered.push_back(std::move(request));
-    PrepareAnswer();
 }
 
-void HostWindow::OnAnswerDue()
+// Does what there is to do, whoever has woken us and how often.
+void HostWindow::Work()
 {
-    KillTimer(m_window, kAnswerTimer);
+    while (!m_taken.empty())
+    {
+        Request request = std::move(m_taken.front());
+        m_taken.pop_front();
+        Show(request);
+        if (!request.isRefused) // else nobody waits
+        {
+            m_unanswered.push_back(std::move(request));
+        }
+    }
+    KillTimer(m_window, kWorkTimer);
+    if (m_options.answersByButton)
+    {
+        return;
+    }
+    ULONGLONG now = GetTickCount64();
+    while (!m_unanswered.empty() && m_unanswered.front().due <= now)
+    {
+        AnswerOldest();
+    }
+    if (!m_unanswered.empty())
+    {
+        const ULONGLONG wait = m_unanswered.front().due - now;
+        SetTimer(m_window, kWorkTimer, static_cast<UINT>(wait), nullptr);
+    }
+}
+
+ULONGLONG HostWindow::AnswerDue() const
+{
+    return GetTickCount64() + m_options.delayMilliseconds;
+}
+
+void HostWindow::AnswerOldest()
+{
     if (m_unanswered.empty())
     {
         return;
     }
-    Answer(m_unanswered.front());
+    const Request request = std::move(m_unanswered.front());
     m_unanswered.pop_front();
-    PrepareAnswer();
-}
-
-// Arranges for the oldest request's answer.
-void HostWindow::PrepareAnswer()
-{
-    if (!m_options.answersByButton && !m_unanswered.empty())
-    {
-        SetTimer(m_window, kAnswerTimer, m_options.delayMilliseconds, nullptr);
-    }
-}
-
-void HostWindow::Answer(const Request& request)
-{
-    const HWND dialog =
-        request.message == WM_COPYDATA ? reinterpret_cast<HWND>(request.wParam) : FindWaitDialog();
+    const HWND dialog = DialogOf(request);
     if (dialog == nullptr)
     {
         m_log.Write(L"  keine Antwort: kein Dialog wartet");
@@ -216,8 +241,32 @@ void HostWindow::Answer(const Request& request)
     }
     else
     {
-        m_log.Write(L"  keine Antwort: der Dialog ist nicht mehr da");
+        m_log.Write(L"  keine Antwort: dort ist kein Dialog, oder keiner mehr");
     }
+}
+
+// Null when nobody waits. A text names its dialog; for a notification it is searched, and that of a
+// text that has yet to be answered is not the one.
+HWND HostWindow::DialogOf(const Request& request) const
+{
+    if (request.message == WM_COPYDATA)
+    {
+        return reinterpret_cast<HWND>(request.wParam);
+    }
+    HWND dialog = FindWaitDialog(nullptr);
+    while (dialog != nullptr && IsOfAText(dialog))
+    {
+        dialog = FindWaitDialog(dialog);
+    }
+    return dialog;
+}
+
+bool HostWindow::IsOfAText(HWND dialog) const
+{
+    const auto names = [dialog](const Request& request) {
+        return request.message == WM_COPYDATA && reinterpret_cast<HWND>(request.wParam) == dialog;
+    };
+    return std::ranges::any_of(m_taken, names) || std::ranges::any_of(m_unanswered, names);
 }
 
 void HostWindow::Show(const Request& request)
@@ -226,9 +275,9 @@ void HostWindow::Show(const Request& request)
     if (request.message == WM_COPYDATA)
     {
         line << L"WM_COPYDATA: dwData = " << static_cast<LONG_PTR>(request.data) << L", cbData = "
-             << request.bytes.size();
+             << request.size;
         m_log.Write(line.str());
-        ShowText(request.bytes);
+        ShowText(request);
         return;
     }
     line << L"WM_USER + " << request.message - WM_USER << L": wParam = "
@@ -236,18 +285,24 @@ void HostWindow::Show(const Request& request)
     m_log.Write(line.str());
 }
 
-void HostWindow::ShowText(std::span<const std::byte> bytes)
+void HostWindow::ShowText(const Request& request)
 {
-    const auto text = DecodeText(bytes, m_options.encoding);
-    const std::wstring name = NameOf(m_options.encoding);
-    m_log.Write(text ? L"  Text (" + name + L"): »" + Printable(*text) + L"«"
-                     : L"  kein Text in " + name);
-    if (text && m_options.decodesBase64Url)
+    if (request.bytes.size() == request.size)
     {
-        const auto decoded = DecodeBase64Url(*text);
-        m_log.Write(decoded ? L"  base64url: »" + Printable(*decoded) + L"«" : L"  kein base64url");
+        const auto text = DecodeText(request.bytes, m_options.encoding);
+        const std::wstring name = NameOf(m_options.encoding);
+        m_log.Write(text ? L"  Text (" + name + L"): »" + *text + L"«" : L"  kein Text in " + name);
+        if (text && m_options.decodesBase64Url)
+        {
+            const auto decoded = DecodeBase64Url(*text);
+            m_log.Write(decoded ? L"  base64url: »" + *decoded + L"«" : L"  kein base64url");
+        }
+        m_log.Write(L"  Bytes:" + InHex(request.bytes));
     }
-    m_log.Write(L"  Bytes:" + InHex(bytes));
+    if (request.isRefused)
+    {
+        m_log.Write(L"  abgelehnt");
+    }
 }
 
 void HostWindow::CreateControls()
@@ -279,8 +334,12 @@ void HostWindow::CreateControls()
     m_log.ShowIn(m_edit);
 }
 
-void HostWindow::LayOut(int width, int height)
+void HostWindow::LayOut()
 {
+    RECT client = {};
+    GetClientRect(m_window, &client);
+    const int width = client.right;
+    const int height = client.bottom;
     const int margin = Scaled(kMargin);
     const int captionHeight = Scaled(kCaptionHeight);
     const int buttonWidth = Scaled(kButtonWidth);

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -17,8 +16,9 @@ inline constexpr wchar_t kHostWindowClass[] = L"QuilletBeispielHost";
 
 // The host's one window: takes requests, shows them, and answers.
 //
-// The window procedure only copies what arrives, posts itself a message and returns; all work is
-// done from there, when the caller is no longer blocked in its send.
+// The window procedure only copies what arrives into a queue, posts itself a message and returns;
+// all work is done from there, when the caller is no longer blocked in its send. What is to be done
+// is in the queues, and never follows from the arrival of a message: anybody can send any.
 class HostWindow
 {
 public:
@@ -34,11 +34,15 @@ private:
     // returned.
     struct Request
     {
-        UINT message;
-        WPARAM wParam;  // WM_COPYDATA: the handle of the dialog that waits, 0 when none does
-        LPARAM lParam;  // notification only
-        ULONG_PTR data; // WM_COPYDATA only: dwData
-        std::vector<std::byte> bytes; // WM_COPYDATA only
+        UINT message = 0;
+        WPARAM wParam = 0; // WM_COPYDATA: the handle of the dialog that waits, 0 when none does
+        LPARAM lParam = 0; // notification only
+        // The rest but the last is of WM_COPYDATA only.
+        ULONG_PTR data = 0;                // dwData
+        DWORD size = 0;                    // cbData
+        std::vector<std::byte> bytes = {}; // none when there are too many
+        bool isRefused = false;
+        ULONGLONG due = 0; // when to answer, in milliseconds since the system's start
     };
 
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam,
@@ -47,21 +51,24 @@ private:
 
     LRESULT OnNotification(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnCopyData(WPARAM dialog, const COPYDATASTRUCT& data);
-    void OnRequestTaken();
-    void OnAnswerDue();
 
+    void Wake();
+    void Work();
     void Show(const Request& request);
-    void ShowText(std::span<const std::byte> bytes);
-    void Answer(const Request& request);
-    void PrepareAnswer();
+    void ShowText(const Request& request);
+
+    ULONGLONG AnswerDue() const;
+    void AnswerOldest();
+    HWND DialogOf(const Request& request) const;
+    bool IsOfAText(HWND dialog) const;
 
     void CreateControls();
-    void LayOut(int width, int height);
+    void LayOut();
 
     HostOptions m_options;
     EventLog m_log;
     std::deque<Request> m_taken;      // not yet shown
-    std::deque<Request> m_unanswered; // shown
+    std::deque<Request> m_unanswered; // shown; the oldest first, and so the one that is due first
     HWND m_window = nullptr;
     HWND m_caption = nullptr;
     HWND m_edit = nullptr;
