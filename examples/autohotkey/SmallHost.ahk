@@ -17,8 +17,10 @@ OnCopyData(Dialog, Data, Message, Window)
         return 0 ; refused: the caller sees -3
     ; Exactly as many units: there is no terminator, and the bytes are gone on return.
     Text := Size ? StrGet(NumGet(Data, 2 * A_PtrSize, "Ptr"), -(Size // 2), "UTF-16") : ""
-    Host.Title := "AHK-Host - " Text
-    if (Dialog) ; the dialog that waits; post to it, never send
+    ; Control characters, ends of lines and marks that turn the direction of writing are not shown.
+    Host.Title := "AHK-Host - " RegExReplace(Text, "[\p{Cc}\p{Cf}\p{Zl}\p{Zp}]", ".")
+    ; The dialog that waits, if it is one: the handle may be any number. Post to it, never send.
+    if (Dialog && WinExist("ahk_class #32770 ahk_id " Dialog))
         DllCall("PostMessage", "Ptr", Dialog, "UInt", 0x0400 + 2, "Ptr", 0, "Ptr", 0)
     return 1
 }

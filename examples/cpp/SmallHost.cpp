@@ -4,10 +4,31 @@
 //   quillet.exe -kla=SmallHost -copydata="Vorgang 4711"
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <string>
 
 constexpr DWORD kLongestText = 2000; // bytes; more is refused: any web page may be the sender
+
+// Control characters, ends of lines, and marks that turn the direction of writing: not to be shown.
+bool IsControl(wchar_t unit)
+{
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x61C || unit == 0x200E ||
+           unit == 0x200F || (unit >= 0x2028 && unit <= 0x202E) ||
+           (unit >= 0x2066 && unit <= 0x2069);
+}
+
+// The dialog that waits for WM_USER + n. The handle may be any number: see that it is a dialog.
+void Answer(HWND dialog, UINT n)
+{
+    wchar_t name[16] = L"";
+    GetClassNameW(dialog, name, 16);
+    if (std::wcscmp(name, L"#32770") == 0)
+    {
+        PostMessageW(dialog, WM_USER + n, 0, 0); // posted and never sent
+    }
+}
 
 LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -20,11 +41,9 @@ LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         }
         std::wstring text(data->cbData / sizeof(wchar_t), L'\0');
         std::memcpy(text.data(), data->lpData, data->cbData); // no terminator, gone on return
+        std::replace_if(text.begin(), text.end(), IsControl, L'.');
         SetWindowTextW(window, (L"SmallHost: " + text).c_str());
-        if (wParam != 0) // the dialog that waits for WM_USER + n, posted and never sent
-        {
-            PostMessageW(reinterpret_cast<HWND>(wParam), WM_USER + 2, 0, 0);
-        }
+        Answer(reinterpret_cast<HWND>(wParam), 2); // no window when nobody waits
         return TRUE;
     }
     if (message == WM_DESTROY)

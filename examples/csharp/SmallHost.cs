@@ -4,6 +4,8 @@
 // Translated here, but not run: that needs .NET on Windows.
 using System;
 using System.Runtime.InteropServices;
+using System.Text;
+using System.Text.RegularExpressions;
 using System.Windows.Forms;
 
 class SmallHost : Form
@@ -23,6 +25,9 @@ class SmallHost : Form
 
     [DllImport("user32.dll")]
     static extern bool PostMessage(IntPtr window, int message, IntPtr wParam, IntPtr lParam);
+
+    [DllImport("user32.dll", CharSet = CharSet.Unicode)]
+    static extern int GetClassNameW(IntPtr window, StringBuilder name, int capacity);
 
     protected override void WndProc(ref Message m)
     {
@@ -46,8 +51,11 @@ class SmallHost : Form
     // Runs after the handler has returned, when the caller is no longer blocked.
     void Take(string text, IntPtr dialog)
     {
-        Text = "C#-Host - " + text;
-        if (dialog != IntPtr.Zero)
+        // Control characters, ends of lines and marks that turn the direction of writing are not shown.
+        Text = "C#-Host - " + Regex.Replace(text, @"[\p{Cc}\p{Cf}\p{Zl}\p{Zp}]", ".");
+        var name = new StringBuilder(16);
+        GetClassNameW(dialog, name, name.Capacity);
+        if (name.ToString() == "#32770") // a dialog; the handle may be any number
         {
             PostMessage(dialog, WM_USER + Answer, IntPtr.Zero, IntPtr.Zero);
         }

@@ -19,6 +19,28 @@ begin
     SetString(Text, PWideChar(Data.lpData), Integer(Data.cbData) div SizeOf(WideChar));
 end;
 
+{ Makes control characters, ends of lines and marks that turn the direction of writing visible. }
+function Printable(const Text: UnicodeString): UnicodeString;
+var
+  I: Integer;
+begin
+  Result := Text;
+  for I := 1 to Length(Result) do
+    case Ord(Result[I]) of
+      0..$1F, $7F..$9F, $61C, $200E..$200F, $2028..$202E, $2066..$2069: Result[I] := '.';
+    end;
+end;
+
+{ The handle may be any number: see that it is a dialog. }
+function IsDialog(Window: HWND): Boolean;
+var
+  Name: array[0..15] of WideChar;
+begin
+  Name[0] := #0;
+  GetClassNameW(Window, Name, Length(Name));
+  Result := UnicodeString(PWideChar(@Name)) = '#32770';
+end;
+
 function WindowProc(Window: HWND; Message: UINT; WParam: WPARAM; LParam: LPARAM): LRESULT; stdcall;
 var
   Text: UnicodeString;
@@ -29,8 +51,8 @@ begin
         Result := 0; { refused: the caller sees -3 }
         if TextOf(PCopyDataStruct(LParam)^, Text) then
         begin
-          SetWindowTextW(Window, PWideChar('Pascal-Host - ' + Text));
-          if WParam <> 0 then { the dialog that waits; post to it, never send }
+          SetWindowTextW(Window, PWideChar('Pascal-Host - ' + Printable(Text)));
+          if IsDialog(HWND(WParam)) then { the dialog that waits; post to it, never send }
             PostMessageW(HWND(WParam), WM_USER + Answer, 0, 0);
           Result := 1;
         end;

@@ -48,7 +48,9 @@ def handle(user32, window, message, w_param, l_param):
         if text is None:
             return 0  # refused: the caller sees -3
         print(ascii(text), flush=True)
-        if w_param:  # the dialog that waits; post to it, never send
+        name = ctypes.create_unicode_buffer(16)
+        user32.GetClassNameW(c_void_p(w_param), name, 16)
+        if name.value == "#32770":  # the dialog that waits; the handle may be any number; post to it, never send
             user32.PostMessageW(c_void_p(w_param), WM_USER + ANSWER, 0, 0)
         return 1
     if message == WM_DESTROY:

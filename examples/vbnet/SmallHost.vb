@@ -4,6 +4,8 @@
 Option Strict On
 Imports System
 Imports System.Runtime.InteropServices
+Imports System.Text
+Imports System.Text.RegularExpressions
 Imports System.Windows.Forms
 
 Class SmallHost
@@ -25,6 +27,10 @@ Class SmallHost
     Private Shared Function PostMessage(window As IntPtr, message As Integer, wParam As IntPtr, lParam As IntPtr) As Boolean
     End Function
 
+    <DllImport("user32.dll", CharSet:=CharSet.Unicode)>
+    Private Shared Function GetClassNameW(window As IntPtr, name As StringBuilder, capacity As Integer) As Integer
+    End Function
+
     Protected Overrides Sub WndProc(ByRef m As Message)
         If m.Msg <> WM_COPYDATA Then
             MyBase.WndProc(m)
@@ -35,9 +41,12 @@ Class SmallHost
         If data.cbData Mod 2 <> 0 OrElse data.cbData < 0 OrElse data.cbData > LongestText Then Return
         ' Exactly cbData bytes, copied: there is no terminator, and they are gone on return.
         Dim received = If(data.cbData = 0, "", Marshal.PtrToStringUni(data.lpData, data.cbData \ 2))
-        Text = "VB-Host - " & received
-        ' The dialog that waits; post to it, never send.
-        If m.WParam <> IntPtr.Zero Then PostMessage(m.WParam, WM_USER + Answer, IntPtr.Zero, IntPtr.Zero)
+        ' Control characters, ends of lines and marks that turn the direction of writing are not shown.
+        Text = "VB-Host - " & Regex.Replace(received, "[\p{Cc}\p{Cf}\p{Zl}\p{Zp}]", ".")
+        ' The dialog that waits, if it is one: the handle may be any number. Post to it, never send.
+        Dim name As New StringBuilder(16)
+        GetClassNameW(m.WParam, name, name.Capacity)
+        If name.ToString() = "#32770" Then PostMessage(m.WParam, WM_USER + Answer, IntPtr.Zero, IntPtr.Zero)
         m.Result = CType(1, IntPtr)
     End Sub
 

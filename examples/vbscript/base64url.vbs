@@ -4,13 +4,18 @@
 Option Explicit
 
 Function Utf8(Text)
-    Dim position, code
+    Dim position, code, low
     position = 1
     Do While position <= Len(Text)
         code = AscW(Mid(Text, position, 1)) And &HFFFF&
-        If code >= &HD800& And code <= &HDBFF& Then ' zwei Einheiten von UTF-16, ein Zeichen
+        If code >= &HD800& And code <= &HDFFF& Then ' zwei Einheiten von UTF-16, ein Zeichen
+            low = 0
+            If position < Len(Text) Then low = AscW(Mid(Text, position + 1, 1)) And &HFFFF&
+            If code > &HDBFF& Or low < &HDC00& Or low > &HDFFF& Then
+                Err.Raise 5, "Base64Url", "Kein Text: ein halbes Zeichen an Stelle " & position & "."
+            End If
             position = position + 1
-            code = (code - &HD7C0&) * &H400& + (AscW(Mid(Text, position, 1)) And &H3FF&)
+            code = (code - &HD7C0&) * &H400& + (low And &H3FF&)
         End If
         If code < &H80& Then
             Utf8 = Utf8 & ChrW(code)

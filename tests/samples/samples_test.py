@@ -50,10 +50,13 @@ class Translated(unittest.TestCase):
 
 
 class RecordedCalls:
-    """In the place of user32."""
+    """In the place of user32, with one dialog."""
 
     def __init__(self):
         self.calls = []
+
+    def GetClassNameW(self, window, name, _):
+        name.value = "#32770" if window.value == PythonHost.DIALOG else "Button"
 
     def __getattr__(self, name):
         def call(*arguments):
@@ -80,9 +83,10 @@ class PythonHost(unittest.TestCase):
         self.assertEqual(self.send("Größe 5 €".encode("utf-16-le")),
                          (1, "'Gr\\xf6\\xdfe 5 \\u20ac'\n", [("PostMessageW", self.DIALOG, 0x402, 0, 0)]))
 
-    def test_answers_nobody_when_nobody_waits(self):
+    def test_answers_nobody_but_a_dialog(self):
         self.assertEqual(self.send("a".encode("utf-16-le"), dialog=0), (1, "'a'\n", []))
         self.assertEqual(self.send(b"", dialog=0), (1, "''\n", []))
+        self.assertEqual(self.send(b"", dialog=self.WINDOW), (1, "''\n", []))
 
     def test_refuses_what_is_no_text(self):
         for content in (b"a", b"\x00\xd8", b"a\0" * 1001):

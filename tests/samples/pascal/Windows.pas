@@ -56,6 +56,7 @@ function CreateWindowExW(ExStyle: DWORD; ClassName, WindowName: PWideChar; Style
   Parent: HWND; Menu: HMENU; Instance: NativeUInt; Param: Pointer): HWND; stdcall; external;
 function ShowWindow(Window: HWND; Command: Integer): BOOL; stdcall; external;
 function SetWindowTextW(Window: HWND; Text: PWideChar): BOOL; stdcall; external;
+function GetClassNameW(Window: HWND; Name: PWideChar; Capacity: Integer): Integer; stdcall; external;
 function PostMessageW(Window: HWND; Message: UINT; W: WPARAM; L: LPARAM): BOOL; stdcall; external;
 procedure PostQuitMessage(ExitCode: Integer); stdcall; external;
 function DefWindowProcW(Window: HWND; Message: UINT; W: WPARAM; L: LPARAM): LRESULT; stdcall; external;
