@@ -4,6 +4,16 @@ rem Aufruf: send-text.cmd "Vorgang 4711"
 setlocal
 if not defined QUILLET set "QUILLET=%ProgramFiles%\Quillet\quillet.exe"
 
+rem Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen. Abgelehnt werden darum " und ein
+rem Strich, vor dem ein Leerzeichen steht und dahinter keines. Leer ginge eine Benachrichtigung hinaus.
+set "CHECK=%~1"
+set "CHECK=%CHECK: - = %"
+set "CHECK=%CHECK:"= -x%"
+if not "%CHECK: -=%"=="%CHECK%" (
+    echo Nicht gesendet: der Text ist leer oder enthaelt, was als Schalter gelten koennte.
+    exit /b -101
+)
+
 rem In einer Batchdatei wartet cmd auf das Programm. Interaktiv tut es das nicht:
 rem dort gehoert   start "" /wait   davor.
 "%QUILLET%" -kla=QuilletBeispielHost -copydata="%~1"

@@ -7,6 +7,16 @@ if not defined HOST set "HOST=%ProgramFiles%\Quillet\examples\host\example_host.
 if not defined ATTEMPTS set ATTEMPTS=30
 set STARTED=
 
+rem Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen. Abgelehnt werden darum " und ein
+rem Strich, vor dem ein Leerzeichen steht und dahinter keines. Leer ginge eine Benachrichtigung hinaus.
+set "CHECK=%~1"
+set "CHECK=%CHECK: - = %"
+set "CHECK=%CHECK:"= -x%"
+if not "%CHECK: -=%"=="%CHECK%" (
+    echo Nicht gesendet: der Text ist leer oder enthaelt, was als Schalter gelten koennte.
+    exit /b -101
+)
+
 :send
 "%QUILLET%" -kla=QuilletBeispielHost -copydata="%~1"
 set "CODE=%ERRORLEVEL%"

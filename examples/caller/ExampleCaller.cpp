@@ -3,18 +3,21 @@
 // variable QUILLET names, else the one beside this caller, else the one two folders above, where
 // the packages have it.
 //
-//     example_caller SECONDS COMMAND-LINE
+//     example_caller SECONDS COMMAND-LINE [TEXT]
 //     example_caller 30 "quillet.exe -kla=QuilletBeispielHost -msg=5"
+//     example_caller 30 "quillet.exe -kla=QuilletBeispielHost" "Vorgang 4711"
 //
 // The command line is one argument and begins with the program's name. It is not assembled from
 // several arguments: quoting them anew would put a quote before a dash, and then the switch is not
-// found. Ends with 0 when there is an exit code, and with 1 when there is none (not started, or
-// ended after SECONDS).
+// found. A text of foreign origin is given apart: it could hold switches, and is refused then.
+// Ends with 0 when there is an exit code, and with 1 when there is none (text refused, program not
+// started, or ended after SECONDS).
 
 #include <windows.h>
 
 #include <cwchar>
 #include <filesystem>
+#include <regex>
 #include <string>
 
 namespace
@@ -40,6 +43,14 @@ std::filesystem::path ProgramPath()
                                            : folder.parent_path().parent_path() / L"quillet.exe";
 }
 
+// Switches are found anywhere in the command line, in quotes as well: a blank and a dash before a
+// letter or a question mark could be one, and a quote would end the text. An empty text would have
+// a notification sent in its place.
+bool CouldHoldASwitch(const std::wstring& text)
+{
+    return text.empty() || std::regex_search(text, std::wregex(L"\"| -[A-Za-z?]"));
+}
+
 int WaitForExitCode(HANDLE process, DWORD seconds)
 {
     if (WaitForSingleObject(process, seconds * kMillisecondsPerSecond) != WAIT_OBJECT_0)
@@ -59,13 +70,24 @@ int WaitForExitCode(HANDLE process, DWORD seconds)
 
 int wmain(int count, wchar_t** arguments)
 {
-    if (count != 3)
+    if (count != 3 && count != 4)
     {
-        std::wprintf(L"example_caller SECONDS COMMAND-LINE\n");
+        std::wprintf(L"example_caller SECONDS COMMAND-LINE [TEXT]\n");
         return 1;
     }
     const DWORD seconds = std::wcstoul(arguments[1], nullptr, 10);
     std::wstring commandLine = arguments[2];
+    if (count == 4)
+    {
+        const std::wstring text = arguments[3];
+        if (CouldHoldASwitch(text))
+        {
+            std::wprintf(L"keiner (nicht gesendet: der Text ist leer oder enthaelt, was als "
+                         L"Schalter gelten koennte)\n");
+            return 1;
+        }
+        commandLine += L" -copydata=\"" + text + L'"';
+    }
 
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;

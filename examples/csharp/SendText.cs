@@ -5,11 +5,18 @@
 // Hier uebersetzt, aber nicht ausgefuehrt: das braucht .NET unter Windows.
 using System;
 using System.Diagnostics;
+using System.Text.RegularExpressions;
 
 static class SendText
 {
     static int Main(string[] args)
     {
+        // Ein fremder Text kann Schalter enthalten, auch in den Anführungszeichen. Leer ginge eine Benachrichtigung hinaus.
+        if (Regex.IsMatch(args[0], "^$|\"| -[A-Za-z?]"))
+        {
+            Console.WriteLine("Nicht gesendet: der Text ist leer oder enthält, was als Schalter gelten könnte.");
+            return -101;
+        }
         var start = new ProcessStartInfo
         {
             FileName = Environment.GetEnvironmentVariable("QUILLET")

@@ -3,6 +3,12 @@
 # Hier nicht erprobt.
 param([Parameter(Mandatory)] [string] $Text)
 
+# Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen (siehe das Handbuch, Anfuehrungszeichen).
+if ($Text -match '"| -[a-z?]') {
+    'Nicht gesendet: der Text enthaelt, was als Schalter gelten koennte.'
+    exit -101
+}
+
 $program = if ($env:QUILLET) { $env:QUILLET } else { "$env:ProgramFiles\Quillet\quillet.exe" }
 
 # Eine einzige Zeichenkette: sie geht so, wie sie ist, auf die Befehlszeile. Wer dagegen

@@ -3,6 +3,12 @@
 # Hier nicht erprobt.
 param([Parameter(Mandatory)] [string] $Text, [int] $Seconds = 30)
 
+# Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen (siehe das Handbuch, Anfuehrungszeichen).
+if ($Text -match '"| -[a-z?]') {
+    'Nicht gesendet: der Text enthaelt, was als Schalter gelten koennte.'
+    exit -101
+}
+
 $timedOut = -100 # kein Code von Quillet und keine Antwort eines Hosts
 $program = if ($env:QUILLET) { $env:QUILLET } else { "$env:ProgramFiles\Quillet\quillet.exe" }
 $arguments = '-kla=QuilletBeispielHost -copydata="' + $Text + '"'

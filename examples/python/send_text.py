@@ -4,6 +4,7 @@ Aufruf: python send_text.py "Vorgang 4711"
 Hier nicht erprobt.
 """
 import os
+import re
 import subprocess
 import sys
 
@@ -15,6 +16,11 @@ def signed(code):
     return code - 2**32 if code >= 2**31 else code
 
 
+def could_hold_a_switch(text):
+    """Schalter gelten auch in den Anführungszeichen; leer ginge statt des Textes eine Benachrichtigung hinaus."""
+    return not text or re.search(r'"| -[A-Za-z?]', text) is not None
+
+
 def send(text):
     # Eine einzige Zeichenkette, keine Liste: aus einer Liste macht Python
     # "-copydata=Vorgang 4711", und hinter dem Anführungszeichen gilt der Schalter nicht.
@@ -23,6 +29,9 @@ def send(text):
 
 
 if __name__ == "__main__":
+    if could_hold_a_switch(sys.argv[1]):
+        print("Nicht gesendet: der Text ist leer oder enthält, was als Schalter gelten könnte.")
+        sys.exit(-101)
     answer = send(sys.argv[1])
     if answer >= 0:
         print(f"Der Host hat mit {answer} geantwortet.")

@@ -5,6 +5,10 @@ Option Explicit
 Public Function SendText(ByVal Text As String) As Long
     Const Program As String = "C:\Program Files\Quillet\quillet.exe"
     Const Quote As String = """"
+    ' Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen. Leer ginge eine Benachrichtigung hinaus.
+    If Text = "" Or Text Like "*""*" Or Text Like "* -[A-Za-z?]*" Then
+        Err.Raise 5, , "Nicht gesendet: der Text ist leer oder enthaelt, was als Schalter gelten koennte."
+    End If
     ' Die eingebaute Funktion Shell wartet nicht; Run mit True als drittem Argument wartet.
     SendText = CreateObject("WScript.Shell").Run( _
         Quote & Program & Quote & " -kla=QuilletBeispielHost -copydata=" & Quote & Text & Quote, _

@@ -6,14 +6,24 @@ Const NormalWindow = 1
 Const WaitForEnd = True
 Const Quote = """"
 
-Dim shell, program, code
+Dim shell, program, code, text, switch
+text = WScript.Arguments(0)
+
+' Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen. Leer ginge eine Benachrichtigung hinaus.
+Set switch = New RegExp
+switch.Pattern = "^$|""| -[A-Za-z?]"
+If switch.Test(text) Then
+    WScript.Echo "Nicht gesendet: der Text ist leer oder enthaelt, was als Schalter gelten koennte."
+    WScript.Quit -101
+End If
+
 Set shell = CreateObject("WScript.Shell")
 program = shell.Environment("PROCESS")("QUILLET")
 If program = "" Then program = shell.ExpandEnvironmentStrings("%ProgramFiles%\Quillet\quillet.exe")
 
 ' Run wartet nur, wenn das dritte Argument True ist, und gibt dann den Exitcode.
 code = shell.Run(Quote & program & Quote & " -kla=QuilletBeispielHost -copydata=" & _
-    Quote & WScript.Arguments(0) & Quote, NormalWindow, WaitForEnd)
+    Quote & text & Quote, NormalWindow, WaitForEnd)
 
 Select Case code
     Case -1

@@ -1,5 +1,6 @@
 // What the handbook tells callers of exit codes and of the C++ caller that the packages carry.
 #include "tests/recipes/RecipeRun.h"
+#include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 
@@ -53,6 +54,48 @@ TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
     EXPECT_EQ(outcome.output, "keiner (nach 1 Sekunden beendet)\r\n");
     host.ExpectText();
     EXPECT_EQ(::FindWindowW(nullptr, kWaitDialogCaption), nullptr);
+}
+
+TEST_F(Recipe, CallerSendsATextThatIsGivenApart)
+{
+    constexpr wchar_t kHarmless[] = L"Vorgang 4711 - Muster & Co";
+    const RecipeHost host;
+    const Outcome outcome =
+        RunInCmd(Quoted(BuiltProgram(L"example_caller.exe")) +
+                 L" 15 \"quillet.exe -kla=QuilletBeispielHost\" " + Quoted(kHarmless));
+    EXPECT_EQ(outcome.output, "42\r\n");
+    host.ExpectText(kHarmless);
+}
+
+TEST_F(Recipe, CallerRefusesATextThatCouldHoldASwitch)
+{
+    const RecipeHost host;
+    const ForeignHost foreign;
+    for (const wchar_t* text : {kHostileText, L"Was heisst -?", L"- -NODLG", L""})
+    {
+        const Outcome outcome =
+            RunInCmd(Quoted(BuiltProgram(L"example_caller.exe")) +
+                     L" 15 \"quillet.exe -kla=QuilletBeispielHost\" " + Quoted(text));
+        EXPECT_EQ(outcome.exitCode, 1) << text;
+        EXPECT_TRUE(outcome.output.starts_with("keiner (nicht gesendet")) << outcome.output;
+    }
+    const Process quote(BuiltProgram(L"example_caller.exe"),
+                        L"example_caller 15 \"quillet.exe -kla=QuilletBeispielHost\" a\\\"b");
+    EXPECT_EQ(quote.WaitForExit(), 1);
+    EXPECT_TRUE(host.Received().empty());
+    EXPECT_TRUE(foreign.Received().empty());
+}
+
+// Why the recipes refuse it: what this text does, from inside the quotes and with a class given.
+TEST_F(Recipe, HostileTextHasTheProgramCloseAnotherWindow)
+{
+    const RecipeHost host;
+    const ForeignHost foreign;
+    EXPECT_EQ(RunQuillet(L" -kla=QuilletBeispielHost -copydata=" + Quoted(kHostileText)), -1);
+    const auto received = foreign.WaitForMessages(1);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].message, static_cast<UINT>(WM_CLOSE));
+    EXPECT_TRUE(host.Received().empty());
 }
 
 // The handbook warns of it: both look like a notification that was sent.

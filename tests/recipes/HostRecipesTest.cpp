@@ -25,11 +25,12 @@ TEST_F(Recipe, HostIsFoundMissing)
 }
 
 /// The recipe that starts the host, with the program that it starts and the attempts that it has.
-Outcome StartAndSend(const std::wstring& program, const wchar_t* attempts)
+Outcome StartAndSend(const std::wstring& program, const wchar_t* attempts,
+                     const std::wstring& text = kText)
 {
     ::SetEnvironmentVariableW(L"HOST", program.c_str());
     ::SetEnvironmentVariableW(L"ATTEMPTS", attempts);
-    return RunInCmd(Quoted(RecipePath(L"batch\\start-and-send.cmd")) + L' ' + Quoted(kText));
+    return RunInCmd(Quoted(RecipePath(L"batch\\start-and-send.cmd")) + L' ' + Quoted(text));
 }
 
 TEST_F(Recipe, MissingHostIsStartedAndGetsTheText)
@@ -50,6 +51,15 @@ TEST_F(Recipe, HostThatRunsIsNotStartedAgain)
     EXPECT_EQ(outcome.exitCode, static_cast<int>(kAnswer));
     EXPECT_EQ(outcome.output, "");
     host.ExpectText();
+}
+
+TEST_F(Recipe, HostIsNotStartedForATextThatCouldHoldASwitch)
+{
+    const ForeignHost foreign;
+    const Outcome outcome = StartAndSend(L"Z:\\no\\such\\host.exe", L"1", kHostileText);
+    EXPECT_EQ(outcome.exitCode, -101);
+    EXPECT_TRUE(outcome.output.starts_with("Nicht gesendet: ")) << outcome.output;
+    EXPECT_TRUE(foreign.Received().empty());
 }
 
 TEST_F(Recipe, HostThatNeverAppearsIsGivenUp)

@@ -63,6 +63,8 @@ void RecipeHost::ExpectText(const std::wstring& text) const
     EXPECT_EQ(received[0].Text(), text);
 }
 
+ForeignHost::ForeignHost() : ScriptedHost({.className = L"HangHost", .alsoRecord = {WM_CLOSE}}) {}
+
 Recipe::Recipe()
 {
     ::SetEnvironmentVariableW(L"QUILLET", BuiltProgram(L"quillet.exe").c_str());

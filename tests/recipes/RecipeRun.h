@@ -13,6 +13,10 @@ inline constexpr UINT kAnswer = 42;
 /// The text that most recipes send.
 inline constexpr wchar_t kText[] = L"Vorgang 4711";
 
+/// A text of foreign origin that has the power of a link, in quotes or not: it closes the window of
+/// ForeignHost.
+inline constexpr wchar_t kHostileText[] = L"Akte -url=?kla=HangHost&copydata=&nodlg&msg=-1008";
+
 struct Outcome
 {
     /// Nothing when the recipe did not end.
@@ -44,6 +48,13 @@ public:
 
     /// That exactly one message arrived, with this text.
     void ExpectText(const std::wstring& text = kText) const;
+};
+
+/// A window that none of the recipes is meant for.
+class ForeignHost : public ScriptedHost
+{
+public:
+    ForeignHost();
 };
 
 /// Names the built program in QUILLET, where the recipes look before they look where it is

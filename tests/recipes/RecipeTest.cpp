@@ -67,11 +67,11 @@ protected:
         }
     }
 
-    static Outcome Run()
+    static Outcome Run(const std::wstring& text = kText)
     {
         const std::wstring file = GetParam();
         const std::wstring interpreter = file.ends_with(L".vbs") ? L"cscript //nologo " : L"";
-        return RunInCmd(interpreter + Quoted(RecipePath(file.c_str())) + L' ' + Quoted(kText));
+        return RunInCmd(interpreter + Quoted(RecipePath(file.c_str())) + L' ' + Quoted(text));
     }
 };
 
@@ -98,6 +98,29 @@ TEST_P(SendTextRecipe, TellsARefusalFromSuccess)
     EXPECT_EQ(outcome.exitCode, kResultSendFailed);
     EXPECT_EQ(outcome.output, "Der Host hat den Text nicht angenommen.\r\n");
     host.ExpectText();
+}
+
+TEST_P(SendTextRecipe, RefusesATextThatCouldHoldASwitch)
+{
+    const RecipeHost host;
+    const ForeignHost foreign;
+    for (const wchar_t* text : {kHostileText, L"Was heisst -?", L"- -NODLG", L""})
+    {
+        const Outcome outcome = Run(text);
+        EXPECT_EQ(outcome.exitCode, -101) << text;
+        EXPECT_EQ(outcome.output, "Nicht gesendet: der Text ist leer oder enthaelt, was als "
+                                  "Schalter gelten koennte.\r\n");
+    }
+    EXPECT_TRUE(host.Received().empty());
+    EXPECT_TRUE(foreign.Received().empty());
+}
+
+TEST_P(SendTextRecipe, SendsATextWithDashesThatAreHarmless)
+{
+    constexpr wchar_t kHarmless[] = L"-nodlg: Vorgang-4711 - Muster & Co";
+    const RecipeHost host;
+    EXPECT_EQ(Run(kHarmless).exitCode, static_cast<int>(kAnswer));
+    host.ExpectText(kHarmless);
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, SendTextRecipe,

@@ -4,6 +4,7 @@
 C# needs mcs, Pascal fpc; what is not there is skipped. (The C++ host is built and runs in the tests of the recipes.)
 """
 import ctypes
+import os
 import shutil
 import subprocess
 import sys
@@ -17,7 +18,13 @@ ROOT = Path(sys.argv[1]).resolve()
 EXAMPLES = ROOT / "examples"
 sys.path.insert(0, str(EXAMPLES / "python"))
 sys.dont_write_bytecode = True
+import send_text  # noqa: E402
 import small_host  # noqa: E402
+
+# Whether a text may stand between the quotes of a command line.
+HOSTILE = ("Akte -url=?kla=HangHost&copydata=&nodlg&msg=-1008", 'Akte"x', "Was heißt -?", "x  -NODLG", "- -nodlg", "")
+HARMLESS = ("Vorgang 4711 - Müller", "Vorgang-4711 -", "-nodlg", "Saldo -5", "a\t-nodlg")
+REFUSED = 256 - 101  # as this side sees it
 
 
 class Translated(unittest.TestCase):
@@ -44,9 +51,22 @@ class Translated(unittest.TestCase):
         self.translate("fpc", "-Mdelphiunicode", "-Cn", "-Sew", f"-Fu{ROOT}/tests/samples/pascal", f"-FU{self.folder}",
                        f"-FE{self.folder}", EXAMPLES / "pascal/SmallHost.pas")
 
-    def test_python_recipe(self):
-        source = EXAMPLES / "python/send_text.py"
-        compile(source.read_text(encoding="utf-8"), source, "exec")
+    @unittest.skipUnless(shutil.which("mcs") and shutil.which("mono"), "needs mono-mcs")
+    def test_csharp_recipe_refuses_what_could_hold_a_switch(self):
+        self.translate("mcs", f"-out:{self.folder}/sample.exe", EXAMPLES / "csharp/SendText.cs")
+        environment = {**os.environ, "QUILLET": shutil.which("true")}
+        for texts, code, output in ((HOSTILE, REFUSED, "Nicht gesendet: "), (HARMLESS, 0, "")):
+            for text in texts:
+                with self.subTest(text):
+                    run = subprocess.run(("mono", self.folder / "sample.exe", text), env=environment, capture_output=True,
+                                         encoding="utf-8")
+                    self.assertEqual((run.returncode, run.stdout[:len("Nicht gesendet: ")]), (code, output))
+
+    def test_python_recipe_refuses_what_could_hold_a_switch(self):
+        self.assertEqual([text for text in HOSTILE + HARMLESS if send_text.could_hold_a_switch(text)], list(HOSTILE))
+        run = subprocess.run((sys.executable, "-B", EXAMPLES / "python/send_text.py", HOSTILE[0]), capture_output=True,
+                             encoding="utf-8")
+        self.assertEqual((run.returncode, run.stdout[:len("Nicht gesendet: ")]), (REFUSED, "Nicht gesendet: "))
 
 
 class RecordedCalls:
