@@ -6,6 +6,9 @@
 // The settings bear the names of the link's keys: texts (kla, nam, copydata, copydataencoding), whole numbers (msg, wparam,
 // lparam; a BigInt beyond 2^53), and flags (nodlg, activatewindow, seaglob: true or left out).
 //
+// Items are joined by ";", which the program takes as it takes "&": in HTML outside of attributes "&copydata" becomes "©data",
+// and templates, wikis and what finds links in plain text bring it there.
+//
 // What a link cannot carry (characters of three bytes and more such as "€", a percent sign, blanks together with quotes) is
 // refused with an error, never sent garbled. With base64url, copydata travels as base64url of its UTF-8 bytes, and any
 // text arrives; the host has to decode it.
@@ -18,6 +21,19 @@
   const NUMBER_BITS = { msg: 32, wparam: 64, lparam: 64 };
   const FLAGS = ['nodlg', 'activatewindow', 'seaglob'];
   const TEXTS = ['kla', 'nam', 'copydata', 'copydataencoding'];
+
+  // Names that belong to everybody: a link under one of them would not reach the program, and a registration would take it
+  // from all others. Those of the URL standard that browsers handle themselves, those that the HTML standard lets pages
+  // handle, further ones from IANA's register and of old that programs commonly handle, and those of browsers and of Windows.
+  const GENERAL_SCHEMES = new Set([
+    'ftp', 'file', 'http', 'https', 'ws', 'wss', 'about', 'blob', 'data', 'javascript', 'filesystem', 'view-source',
+    'bitcoin', 'ftps', 'geo', 'im', 'irc', 'ircs', 'magnet', 'mailto', 'matrix', 'mms', 'news', 'nntp', 'openpgp4fpr',
+    'sftp', 'sip', 'sms', 'smsto', 'ssh', 'tel', 'urn', 'webcal', 'wtai', 'xmpp',
+    'callto', 'cid', 'content', 'dav', 'dns', 'fax', 'feed', 'git', 'gopher', 'imap', 'info', 'ipp', 'jar', 'ldap', 'ldaps',
+    'mid', 'nfs', 'pop', 'rtsp', 'sips', 'smb', 'snews', 'stun', 'svn', 'tag', 'telnet', 'turn', 'vbscript', 'vnc',
+    'chrome', 'edge', 'firefox', 'intent', 'microsoft-edge', 'opera', 'res', 'search', 'search-ms', 'shell', 'windowsdefender',
+  ]);
+  const GENERAL_BEGINNINGS = /^(ms-|microsoft\.|moz-|chrome-)/;
 
   function hexEscape(byte) {
     return '%' + byte.toString(16).toUpperCase().padStart(2, '0');
@@ -98,8 +114,11 @@
     if (!/^[a-z][a-z0-9+.-]*$/.test(scheme)) {
       throw new TypeError(`${JSON.stringify(scheme)} is no name of a scheme`);
     }
+    if (GENERAL_SCHEMES.has(scheme) || GENERAL_BEGINNINGS.test(scheme)) {
+      throw new RangeError(`${scheme}: belongs to everybody; choose a name of your own`);
+    }
     const items = Object.entries(settings).flatMap(([key, value]) => item(key, value, options));
-    const link = `${scheme}:?${items.join('&')}`;
+    const link = `${scheme}:?${items.join(';')}`;
     if (link.length > LONGEST_LINK) {
       throw new RangeError(`a link of ${link.length} characters is too long: ${LONGEST_LINK} are safe`);
     }

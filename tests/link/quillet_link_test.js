@@ -46,9 +46,14 @@ test('base64url carries any text but half a character', () => {
   assert.throws(() => quilletLink('demo', { nam: '5 €' }, { base64url: true }), /use base64url/);
 });
 
+test('links survive in HTML as they are', () => {
+  const link = quilletLink('orvane-demo', { kla: 'A & B', copydata: 'a"&copy;', msg: 1, nodlg: true });
+  assert.doesNotMatch(link, /[&<>"' ]/);
+});
+
 test('numbers fit into their fields', () => {
   assert.strictEqual(quilletLink('demo', { msg: 5, wparam: -1, lparam: 2n ** 63n - 1n }),
-    'demo:?msg=5&wparam=-1&lparam=9223372036854775807');
+    'demo:?msg=5;wparam=-1;lparam=9223372036854775807');
   for (const settings of [{ msg: 2 ** 31 }, { msg: -(2 ** 31) - 1 }, { wparam: 2n ** 63n }]) {
     assert.throws(() => quilletLink('demo', settings), /does not fit/);
   }
@@ -58,7 +63,7 @@ test('numbers fit into their fields', () => {
 });
 
 test('flags are there or not', () => {
-  assert.strictEqual(quilletLink('demo', { nodlg: true, seaglob: false, activatewindow: true }), 'demo:?nodlg&activatewindow');
+  assert.strictEqual(quilletLink('demo', { nodlg: true, seaglob: false, activatewindow: true }), 'demo:?nodlg;activatewindow');
   assert.throws(() => quilletLink('demo', { nodlg: 0 }), /true or false/);
 });
 
@@ -68,6 +73,9 @@ test('what nobody would read is refused', () => {
   assert.throws(() => quilletLink('demo', { copydataencoding: 'UTF_8' }), /ANSI, UTF-8 or UTF-16/);
   for (const scheme of ['', 'demo:', 'Demo', '1a', 'a b', 'a"']) {
     assert.throws(() => quilletLink(scheme, {}), /no name of a scheme/);
+  }
+  for (const scheme of ['http', 'https', 'file', 'mailto', 'javascript', 'data', 'ftp', 'tel', 'ms-settings']) {
+    assert.throws(() => quilletLink(scheme, {}), /belongs to everybody/, scheme);
   }
   assert.throws(() => copydata('a'.repeat(2000)), /too long/);
 });
