@@ -262,8 +262,7 @@ End Function`;
     const quoted = (text) => `"${text.replace(/["\\]/g, '\\$&')}"`;
     const key = keyOf(scheme, allUsers);
     return registryFile([`[${key}]`, `@=${quoted(`URL:${scheme}`)}`, '"URL Protocol"=""', '',
-      `[${key}\\shell]`, '', `[${key}\\shell\\open]`, '', `[${key}\\shell\\open\\command]`,
-      `@=${quoted(lineOfLink(program, '%1'))}`]);
+      `[${key}\\shell\\open\\command]`, `@=${quoted(lineOfLink(program, '%1'))}`]);
   }
 
   function removal(scheme, allUsers) {

@@ -44,6 +44,7 @@ TEST_F(Recipe, CallerTakesTheProgramThatQuilletNames)
     EXPECT_TRUE(outcome.output.starts_with("keiner (nicht gestartet")) << outcome.output;
 }
 
+// The host never answers; on a busy machine the text need not even have reached it.
 TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
 {
     const RecipeHost host([](HWND, const ReceivedMessage&) { return std::nullopt; });
@@ -52,7 +53,6 @@ TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
                  L" 1 \"quillet.exe -kla=QuilletBeispielHost -copydata=\\\"Vorgang 4711\\\"\"");
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.output, "keiner (nach 1 Sekunden beendet)\r\n");
-    host.ExpectText();
     EXPECT_EQ(::FindWindowW(nullptr, kWaitDialogCaption), nullptr);
 }
 
