@@ -6,12 +6,9 @@
 #include "tests/support/QuilletRun.h"
 #include "tests/support/RandomSeed.h"
 
-#include <memory>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
-#include <vector>
 
 namespace
 {
@@ -108,28 +105,28 @@ private:
     HWND m_window = nullptr;
 };
 
-size_t Count(const std::string& text, const std::string& part)
+size_t Count(const std::string& all, const std::string& part)
 {
     size_t count = 0;
-    for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size()))
+    for (size_t at = all.find(part); at != all.npos; at = all.find(part, at + part.size()))
     {
         ++count;
     }
     return count;
 }
 
-// Every number from WM_USER up, the host's own message among them, and some at random, with a text
-// now and then.
-TEST(ExampleHost, ShowsAndAnswersEveryRequestOnceAmongForgedMessages)
+/// Sends the host every number from `first` to `last`, and some at random, with a text now and
+/// then.
+void ExpectTextsToBeShownAndAnsweredOnce(UINT first, UINT last)
 {
-    constexpr UINT kLast = 0xFFFF;
     constexpr UINT kRandomEvery = 8;
     constexpr UINT kTextEvery = 1000;
     const ExampleHost host;
     std::mt19937 random(RandomSeed());
-    std::uniform_int_distribution<UINT> anyMessage(WM_USER, kLast);
-    std::vector<std::unique_ptr<Caller>> callers;
-    for (UINT message = WM_USER; message <= kLast; ++message)
+    std::uniform_int_distribution<UINT> anyMessage(WM_USER, 0xFFFF);
+    const Caller caller;
+    int texts = 0;
+    for (UINT message = first; message <= last; ++message)
     {
         host.Forge(message, random(), static_cast<LPARAM>(random()));
         if (message % kRandomEvery == 0)
@@ -138,22 +135,32 @@ TEST(ExampleHost, ShowsAndAnswersEveryRequestOnceAmongForgedMessages)
         }
         if (message % kTextEvery == 0)
         {
-            callers.push_back(std::make_unique<Caller>());
-            const std::wstring text = L"Anfrage " + std::to_wstring(callers.size()) + L'.';
-            ASSERT_EQ(host.Ask(text, callers.back()->Handle()), TRUE);
-            ASSERT_TRUE(WaitUntil([&] { return callers.back()->Answers() == 1; })) << text;
+            const std::wstring text = L"Anfrage " + std::to_wstring(++texts) + L'.';
+            ASSERT_EQ(host.Ask(text, caller.Handle()), TRUE);
+            ASSERT_TRUE(WaitUntil([&] { return caller.Answers() == 1; })) << text;
         }
     }
-    const Caller last;
-    ASSERT_EQ(host.Ask(L"Ende", last.Handle()), TRUE);
-    ASSERT_TRUE(WaitUntil([&] { return last.Answers() == 1; })); // answers come in order
+    const Caller end;
+    ASSERT_EQ(host.Ask(L"Ende", end.Handle()), TRUE);
+    ASSERT_TRUE(WaitUntil([&] { return end.Answers() == 1; })); // answers come in order
+    EXPECT_EQ(caller.Answers(), 0u);
     const std::string log = host.Log();
-    for (size_t index = 0; index < callers.size(); ++index)
+    for (int number = 1; number <= texts; ++number)
     {
-        const std::string text = "Anfrage " + std::to_string(index + 1) + '.';
-        EXPECT_EQ(callers[index]->Answers(), 0u) << text << " is answered again";
+        const std::string text = "Anfrage " + std::to_string(number) + '.';
         EXPECT_EQ(Count(log, text), 1u) << text;
     }
+}
+
+TEST(ExampleHost, ShowsAndAnswersEveryTextOnceAmongNotifications)
+{
+    ExpectTextsToBeShownAndAnsweredOnce(WM_USER, WM_APP - 1);
+}
+
+// The host's own message is among them.
+TEST(ExampleHost, ShowsAndAnswersEveryTextOnceAmongTheNumbersAboveThem)
+{
+    ExpectTextsToBeShownAndAnsweredOnce(WM_APP, 0xFFFF);
 }
 
 // The link names the host's own message, which then finds nothing to do.
