@@ -15,7 +15,7 @@ const wchar_t kHostUsage[] = L"example_host [Optionen]\n\n"
                              L"--manual\t\tantwortet erst, wenn »Antworten« gedrückt wird\n"
                              L"--refuse\t\tlehnt WM_COPYDATA ab\n"
                              L"--encoding=NAME\tliest Texte als utf-16 (Vorgabe), utf-8 oder ansi\n"
-                             L"--base64url\tentschlüsselt Texte als base64url von UTF-8\n"
+                             L"--base64url\tzeigt, was Texte als base64url tragen\n"
                              L"--log=DATEI\tschreibt das Protokoll auch in diese Datei (UTF-8)\n";
 
 namespace

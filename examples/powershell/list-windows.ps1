@@ -50,4 +50,4 @@ public class TopWindow
     }
 }
 '@
-[TopWindow]::All() | Format-Table -AutoSize Klasse, Musterklasse, Text
+[TopWindow]::All() | Format-List Klasse, Musterklasse, Text

@@ -131,6 +131,17 @@ INSTANTIATE_TEST_SUITE_P(Languages, SendTextRecipe,
                                         : "VBScript";
                          });
 
+// The line that the documents have everybody type first. It has neither quotes nor blanks in its
+// values, so that what arrives does not depend on how `start` passes them on: Wine's sets them
+// anew.
+TEST_F(Recipe, FirstCallShowsTheAnswerAndItsTextArrives)
+{
+    const RecipeHost host;
+    const Outcome outcome = RunInCmd(Quoted(RecipePath(L"batch\\first-call.cmd")) + L" <nul");
+    EXPECT_NE(outcome.output.find("\r\n42\r\n"), std::string::npos) << outcome.output;
+    host.ExpectText(L"Vorgang-4711");
+}
+
 TEST_F(Recipe, BatchNotificationArrivesAndCountsAsSuccess)
 {
     const RecipeHost host;
