@@ -1,6 +1,7 @@
 # Zeigt Klasse und Text aller sichtbaren Fenster, das oberste zuerst.
 # Aufruf: powershell -ExecutionPolicy Bypass -File list-windows.ps1
-# Hier nicht erprobt.
+# Shows class and text of all visible windows, the topmost one first.
+# Hier nicht erprobt. Not tried here.
 Add-Type -TypeDefinition @'
 using System;
 using System.Collections.Generic;
@@ -9,8 +10,8 @@ using System.Text;
 
 public class TopWindow
 {
-    public string Klasse { get; set; }       // fuer die genaue Suche
-    public string Musterklasse { get; set; } // fuer die Suche mit -seaglob
+    public string Klasse { get; set; }       // fuer die genaue Suche; for the exact search
+    public string Musterklasse { get; set; } // fuer die Suche mit -seaglob; with it
     public string Text { get; set; }
 
     delegate bool Visitor(IntPtr window, IntPtr context);

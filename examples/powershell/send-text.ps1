@@ -1,9 +1,11 @@
 # Sendet einen Text und gibt die Antwort als Exitcode weiter.
 # Aufruf: powershell -ExecutionPolicy Bypass -File send-text.ps1 "Vorgang 4711"
-# Hier nicht erprobt.
+# Sends a text and passes the answer on as exit code.
+# Hier nicht erprobt. Not tried here.
 param([Parameter(Mandatory)] [string] $Text)
 
 # Ein fremder Text kann Schalter enthalten, auch in den Anfuehrungszeichen (siehe das Handbuch, Anfuehrungszeichen).
+# A text of somebody else's can hold switches, inside the quotes, too.
 if ($Text -match '"| -[a-z?]') {
     'Nicht gesendet: der Text enthaelt, was als Schalter gelten koennte.'
     exit -101
@@ -13,6 +15,8 @@ $program = if ($env:QUILLET) { $env:QUILLET } else { "$env:ProgramFiles\Quillet\
 
 # Eine einzige Zeichenkette: sie geht so, wie sie ist, auf die Befehlszeile. Wer dagegen
 # & $program schreibt, dem setzt PowerShell die Anfuehrungszeichen neu oder laesst sie weg.
+# A single string goes to the command line as it is. After & $program, PowerShell sets the quotes anew or
+# leaves them out.
 $arguments = '-kla=QuilletBeispielHost -copydata="' + $Text + '"'
 $process = Start-Process -FilePath $program -ArgumentList $arguments -Wait -PassThru
 

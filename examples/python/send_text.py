@@ -2,6 +2,8 @@
 
 Aufruf: python send_text.py "Vorgang 4711"
 Hier nicht erprobt.
+
+Sends a text and looks at the answer. Not tried here.
 """
 import os
 import re
@@ -12,18 +14,26 @@ program = os.environ.get("QUILLET") or r"C:\Program Files\Quillet\quillet.exe"
 
 
 def signed(code):
-    """Der Exitcode mit Vorzeichen: Python gibt ihn ohne, -2 also als 4294967294."""
+    """Der Exitcode mit Vorzeichen: Python gibt ihn ohne, -2 also als 4294967294.
+
+    The exit code with its sign, which Python leaves out.
+    """
     return code - 2**32 if code >= 2**31 else code
 
 
 def could_hold_a_switch(text):
-    """Schalter gelten auch in den Anführungszeichen; leer ginge statt des Textes eine Benachrichtigung hinaus."""
+    """Schalter gelten auch in den Anführungszeichen; leer ginge statt des Textes eine Benachrichtigung hinaus.
+
+    Switches count inside the quotes, too; an empty text would send a notification instead.
+    """
     return not text or re.search(r'"| -[A-Za-z?]', text) is not None
 
 
 def send(text):
     # Eine einzige Zeichenkette, keine Liste: aus einer Liste macht Python
     # "-copydata=Vorgang 4711", und hinter dem Anführungszeichen gilt der Schalter nicht.
+    # A single string, not a list: of a list Python makes "-copydata=Vorgang 4711", and behind the
+    # quote the switch does not count.
     command_line = f'"{program}" -kla=QuilletBeispielHost -copydata="{text}"'
     return signed(subprocess.run(command_line).returncode)
 

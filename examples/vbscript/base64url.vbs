@@ -1,6 +1,7 @@
 ' Verwandelt einen beliebigen Text in base64url seiner UTF-8-Bytes, fuer -copydata= und Links.
 ' Aufruf: cscript //nologo base64url.vbs "5 Euro". Die beiden Funktionen gehoeren so auch in ein VBA-Modul.
-' Hier nicht erprobt.
+' Turns any text into base64url of its UTF-8 bytes, for -copydata= and links. The two functions fit into a VBA module, too.
+' Hier nicht erprobt. Not tried here.
 Option Explicit
 
 Function Utf8(Text)

@@ -46,7 +46,7 @@ const tools = { javascript: [], python: ['python3'], csharp: ['mcs', 'mono'] };
 const readFrom = (value) => readCommandLine(`quillet.exe -url="x:?copydata=${value}"`).copydata;
 const cut = 'Vorgang';
 const rows = [
-  ['javascript', 'encodeURIComponent(`"${text}"`)', 'arrives'],
+  ['javascript', `encodeURIComponent('"' + text + '"')`, 'arrives'],
   ['javascript', 'encodeURIComponent(text)', cut],
   ['javascript', 'new URLSearchParams({ a: text }).toString().slice(2)', 'Vorgang+4711:+Größe+&+Co'],
   ['python', `quote('"' + text + '"', safe='')`, 'arrives'],
@@ -56,6 +56,13 @@ const rows = [
   ['csharp', 'Uri.EscapeDataString("\\"" + text + "\\"")', 'arrives'],
   ['csharp', 'Uri.EscapeDataString(text)', cut],
 ];
+
+test('the handbook shows what arrives', () => {
+  const handbook = fs.readFileSync(path.join(__dirname, '../../docs/handbuch.md'), 'utf8');
+  for (const [, expression] of rows.filter(([, , expected]) => expected === 'arrives')) {
+    assert.ok(handbook.includes(`| \`${expression}\` |`), expression);
+  }
+});
 
 for (const [language, expression, expected] of rows) {
   test(`${language}: ${expression} (seed ${seed})`, (context) => {

@@ -101,7 +101,8 @@ class Zip(unittest.TestCase):
         chapters = page.xpath("//h2/@id")
         self.assertGreater(len(chapters), 10)
         links = [unquote(link) for link in self.links(page) if link.startswith("#")]
-        self.assertEqual(links[:len(chapters)], ["#" + chapter for chapter in chapters])
+        first = links.index("#" + chapters[0])  # before it is what people come for most
+        self.assertEqual(links[first:first + len(chapters)], ["#" + chapter for chapter in chapters])
 
     def test_notices_are_the_whole_copyright_files_of_what_is_linked(self):
         notices = self.files["THIRD-PARTY-NOTICES.txt"].decode().replace("\r\n", "\n")
