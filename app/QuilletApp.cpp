@@ -76,7 +76,7 @@ CQuilletApp::~CQuilletApp() = default;
 
 BOOL CQuilletApp::InitInstance()
 {
-    m_nReturnCode = Run();
+    m_nReturnCode = ForwardRequest();
     return FALSE;
 }
 
@@ -86,7 +86,7 @@ int CQuilletApp::ExitInstance()
     return m_nReturnCode;
 }
 
-int CQuilletApp::Run()
+int CQuilletApp::ForwardRequest()
 {
     const CommandLine commandLine(::GetCommandLineW());
 

@@ -46,8 +46,9 @@ public:
 private:
     DECLARE_MESSAGE_MAP()
 
-    /// The run, step by step; gives its outcome.
-    int Run();
+    /// The run, step by step; gives its outcome. (CWinApp::Run is the message loop that is never
+    /// entered.)
+    int ForwardRequest();
     void CreateWaitDialog(const SendRequest& request);
     /// What the run ends with when no answer is waited for; kResultSendFailed ends it at once.
     ResultCode Deliver(HWND target, const SendRequest& request);
