@@ -50,7 +50,7 @@ class Source:
         self.partner = self.match_brackets()
         self.bodies = self.find_bodies()
 
-    def said(self, index):
+    def text_at(self, index):
         return self.tokens[index].text if 0 <= index < len(self.tokens) else ""
 
     def stands_free(self, index):
@@ -62,10 +62,10 @@ class Source:
         """Arguments of templates are types or decide about them: no place for a defect."""
         index = 0
         while index < len(self.tokens):
-            if self.said(index) == "<" and not self.stands_free(index):
+            if self.text_at(index) == "<" and not self.stands_free(index):
                 first, depth = index, 0
                 while True:
-                    depth += {"<": 1, ">": -1, ">>": -2}.get(self.said(index), 0)
+                    depth += {"<": 1, ">": -1, ">>": -2}.get(self.text_at(index), 0)
                     if depth <= 0:
                         break
                     index += 1
@@ -75,7 +75,7 @@ class Source:
     def mark_static_assertions(self):
         for first, token in enumerate(self.tokens):
             if token.text == "static_assert":
-                last = next(i for i in range(first, len(self.tokens)) if self.said(i) == ";")
+                last = next(i for i in range(first, len(self.tokens)) if self.text_at(i) == ";")
                 self.fixed.update(range(first, last))
 
     def match_brackets(self):
@@ -93,7 +93,7 @@ class Source:
         bodies, around = set(), []
         for index, token in enumerate(self.tokens):
             if token.text == "{":
-                if (around and around[-1] in bodies) or self.said(index - 1) in (")", "const", "noexcept", "override"):
+                if (around and around[-1] in bodies) or self.text_at(index - 1) in (")", "const", "noexcept", "override"):
                     bodies.add(index)
                 around.append(index)
             elif token.text == "}":
@@ -105,15 +105,15 @@ class Source:
         index = first
         while index < end:
             yield index
-            index = self.partner[index] if self.said(index) in BRACKETS and self.partner[index] > index else index + 1
+            index = self.partner[index] if self.text_at(index) in BRACKETS and self.partner[index] > index else index + 1
 
     def conditions(self):
         """Of if, while and for, and what stands before the question mark: pairs of its first token and the one after it."""
         for index, token in enumerate(self.tokens):
-            if token.text in ("if", "while") and self.said(index + 1) == "(":
+            if token.text in ("if", "while") and self.text_at(index + 1) == "(":
                 yield index + 2, self.partner[index + 1]
             elif token.text == "for":
-                ends = [i for i in self.top_level(index + 2, self.partner[index + 1]) if self.said(i) == ";"]
+                ends = [i for i in self.top_level(index + 2, self.partner[index + 1]) if self.text_at(i) == ";"]
                 if ends:
                     yield ends[0] + 1, ends[1]
             elif token.text == "?":
@@ -122,7 +122,7 @@ class Source:
     def start_of_operand(self, index):
         """Where the condition before the question mark at `index` begins."""
         while True:
-            before = self.said(index - 1)
+            before = self.text_at(index - 1)
             if before in (")", "]"):
                 index = self.partner[index - 1]
             elif before in ("(", "[", "{", "}", ",", ";", ":", "=", "return"):
@@ -132,32 +132,32 @@ class Source:
 
     def is_one_test(self, first, end):
         """One comparison or one negation, which other operators turn round already."""
-        signs = {self.said(i) for i in self.top_level(first, end) if i not in self.fixed}
-        return not signs & {"&&", "||", "?"} and bool(signs & set(SWAPS["comparison"]) or self.said(first) == "!")
+        signs = {self.text_at(i) for i in self.top_level(first, end) if i not in self.fixed}
+        return not signs & {"&&", "||", "?"} and bool(signs & set(SWAPS["comparison"]) or self.text_at(first) == "!")
 
     def statements(self):
         """Those that are an expression, `break` or `continue`: pairs of first and the semicolon."""
         for body in self.bodies:
             starts = [body + 1]
             for index in self.top_level(body + 1, self.partner[body]):
-                label = self.said(index) == ":" and (self.said(index - 1) == "default" or self.said(index - 2) == "case")
-                if self.said(index) in (";", "}") or label:
+                label = self.text_at(index) == ":" and (self.text_at(index - 1) == "default" or self.text_at(index - 2) == "case")
+                if self.text_at(index) in (";", "}") or label:
                     starts.append(index + 1)
             for first in starts:
-                end = next((i for i in self.top_level(first, self.partner[body]) if self.said(i) in (";", "{")), None)
-                if end and end > first and self.said(end) == ";" and self.is_expression(first, end):
+                end = next((i for i in self.top_level(first, self.partner[body]) if self.text_at(i) in (";", "{")), None)
+                if end and end > first and self.text_at(end) == ";" and self.is_expression(first, end):
                     yield first, end
 
     def is_expression(self, first, end):
         """Not a declaration, which begins with two words: a type and a name."""
         words = 0
         for index in range(first, end):
-            if self.said(index) in ("(", "=", ".", "->", "[", "{", "++", "--", "+=", "-="):
+            if self.text_at(index) in ("(", "=", ".", "->", "[", "{", "++", "--", "+=", "-="):
                 break
-            if self.tokens[index].kind == "word" and index not in self.fixed and self.said(index - 1) != "::":
+            if self.tokens[index].kind == "word" and index not in self.fixed and self.text_at(index - 1) != "::":
                 words += 1
         # A name that begins with "::" is one word as well.
-        return words <= 1 and self.said(first) not in NO_EXPRESSION
+        return words <= 1 and self.text_at(first) not in NO_EXPRESSION
 
     def returns(self):
         """Triples of the value's first token, the semicolon and the type that the function says it returns."""
@@ -166,20 +166,20 @@ class Source:
             if header is None:
                 continue
             for index in range(body, self.partner[body]):
-                if self.said(index) == "return" and self.said(index + 1) != ";":
-                    end = next(i for i in self.top_level(index + 1, self.partner[body]) if self.said(i) == ";")
+                if self.text_at(index) == "return" and self.text_at(index + 1) != ";":
+                    end = next(i for i in self.top_level(index + 1, self.partner[body]) if self.text_at(i) == ";")
                     yield index + 1, end, header
 
     def header_of(self, body):
         """The return type of the function with this body, a "*" after a pointer's; None for a block in a function."""
         first = body
-        while first > 0 and self.said(first - 1) not in (";", "{", "}") and not (
-                self.said(first - 1) == ":" and self.said(first - 2) in ("public", "protected", "private")):
+        while first > 0 and self.text_at(first - 1) not in (";", "{", "}") and not (
+                self.text_at(first - 1) == ":" and self.text_at(first - 2) in ("public", "protected", "private")):
             first -= 1
         if any(around < body < self.partner[around] for around in self.bodies):
             return None
-        words = [i for i in range(first, body) if i not in self.fixed and self.said(i) not in NO_TYPE | {"template"}]
-        return self.said(words[0]) + ("*" if self.said(words[1]) == "*" else "")
+        words = [i for i in range(first, body) if i not in self.fixed and self.text_at(i) not in NO_TYPE | {"template"}]
+        return self.text_at(words[0]) + ("*" if self.text_at(words[1]) == "*" else "")
 
 
 def neighbours(number):
@@ -192,7 +192,7 @@ def neighbours(number):
 
 def swapped_tokens(source):
     for index, token in enumerate(source.tokens):
-        if index in source.fixed or source.said(index - 1) == "operator":
+        if index in source.fixed or source.text_at(index - 1) == "operator":
             continue
         if token.kind == "number" and INTEGER.fullmatch(token.text):
             for new in neighbours(token.text):
@@ -208,12 +208,12 @@ def swapped_tokens(source):
 def turned_conditions(source):
     for first, end in source.conditions():
         inside = list(source.top_level(first, end))
-        assigned = next((i for i in inside if source.said(i) == "="), None)
-        if assigned is None and source.said(end - 1) == "}":
+        assigned = next((i for i in inside if source.text_at(i) == "="), None)
+        if assigned is None and source.text_at(end - 1) == "}":
             assigned = source.partner[end - 1]
         start, after = source.tokens[first].start, source.tokens[end - 1].end
         if assigned:
-            yield "condition", after, after, f"; !{source.said(assigned - 1)}"
+            yield "condition", after, after, f"; !{source.text_at(assigned - 1)}"
         elif not source.is_one_test(first, end):
             yield "condition", start, after, f"!({source.text[start:after]})"
 

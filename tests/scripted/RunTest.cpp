@@ -35,17 +35,17 @@ Calls CopyDataSent(const char* waitDialog)
             ", dwData 0, 6 bytes: 61 00 62 00 63 00)"};
 }
 
-/// Keeps what InitInstance said. Here nothing depends on it; with the vendor's framework, TRUE
+/// Keeps what InitInstance gave. Here nothing depends on it; with the vendor's framework, TRUE
 /// would lead into a message loop that nobody ends.
 class AttentiveApp : public CQuilletApp
 {
 public:
-    BOOL said = TRUE;
+    BOOL result = TRUE;
 
     BOOL InitInstance() override
     {
-        said = CQuilletApp::InitInstance();
-        return said;
+        result = CQuilletApp::InitInstance();
+        return result;
     }
 };
 
@@ -60,7 +60,7 @@ protected:
         m_platform.commandLine = L"quillet.exe" + switches;
         AttentiveApp app;
         const int code = AfxWinMain();
-        EXPECT_FALSE(app.said);
+        EXPECT_FALSE(app.result);
         EXPECT_TRUE(app.m_pMainWnd == nullptr || app.m_pMainWnd->m_hWnd == nullptr);
         EXPECT_FALSE(m_platform.IsWindow(m_dialog));
         return code;

@@ -26,7 +26,7 @@ enum ThreadMessage : UINT
 /// Held while a host's thread makes its window, and while it ends. Threads that did so at the same
 /// time hung under Wine 10, or spoilt the process's memory. Most likely because each opens an input
 /// method of the X library and closes it again, in a list that the library does not guard.
-std::mutex oneComesOrGoes;
+std::mutex hostLifetimes;
 
 void PostToOwnThread(ThreadMessage message)
 {
@@ -78,7 +78,7 @@ ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
     : m_options(std::move(options)), m_script(std::move(script)),
       m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr))
 {
-    const std::scoped_lock lock(oneComesOrGoes);
+    const std::scoped_lock lock(hostLifetimes);
     m_thread = std::thread([this] { Run(); });
     constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
     if (::WaitForSingleObject(m_ready, static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
@@ -94,7 +94,7 @@ ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
 
 ScriptedHost::~ScriptedHost()
 {
-    const std::scoped_lock lock(oneComesOrGoes);
+    const std::scoped_lock lock(hostLifetimes);
     ::PostThreadMessageW(m_threadId, kClose, 0, 0);
     m_thread.join();
     ::CloseHandle(m_ready);

@@ -370,7 +370,7 @@ std::vector<Wording> Wordings(const Row& row)
     return wordings;
 }
 
-bool IsSensible(const Row& row, const Wording& wording)
+bool Applies(const Row& row, const Wording& wording)
 {
     const bool named = wording.byClass || wording.byText;
     // With nobody to send to, no host can refuse or be missing.
@@ -397,8 +397,7 @@ class Matrix : public testing::TestWithParam<Row>
 TEST_P(Matrix, EveryWordingEndsAsTheTableSays)
 {
     std::vector<Wording> wordings = Wordings(GetParam());
-    std::erase_if(wordings,
-                  [](const Wording& wording) { return !IsSensible(GetParam(), wording); });
+    std::erase_if(wordings, [](const Wording& wording) { return !Applies(GetParam(), wording); });
     ASSERT_FALSE(wordings.empty());
     if (GetParam().after == After::EndsAfterOneMessage)
     {

@@ -138,7 +138,7 @@ public:
 
     std::size_t Below(std::size_t limit) { return m_random() % limit; }
 
-    std::wstring Sensible()
+    std::wstring WellFormed()
     {
         std::wstring line = L"quillet.exe";
         Add(line, kSwitches, Below(4));
@@ -155,7 +155,7 @@ public:
         return line;
     }
 
-    std::wstring Senseless()
+    std::wstring Arbitrary()
     {
         std::wstring line = L"q";
         if (Below(8) != 0)
@@ -215,7 +215,7 @@ TEST(GatheringAtRandom, AgreesWithThePlainRulesOnRandomLines)
     Tally tally;
     while (tally.lines < kRandomLines && !HasFatalFailure())
     {
-        Compare(tally.lines % 4 == 0 ? maker.Senseless() : maker.Sensible(), tally);
+        Compare(tally.lines % 4 == 0 ? maker.Arbitrary() : maker.WellFormed(), tally);
     }
     tally.Print();
     // Otherwise the lines are poorly made and the agreement says little.
