@@ -91,7 +91,7 @@ def copy_sources():
             wanted.add(copy)
             copy.parent.mkdir(parents=True, exist_ok=True)
             if not copy.exists() or copy.read_bytes() != source.read_bytes():
-                shutil.copyfile(source, copy)
+                shutil.copy(source, copy)  # with the right to be started
     for folder, subfolders, files in os.walk(TREE):
         subfolders[:] = [name for name in subfolders if name != "build"]
         for name in files:
