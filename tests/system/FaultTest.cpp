@@ -109,14 +109,19 @@ TEST_F(FaultInFront, ActivatingAHungHostWaitsForItOnlyWhenItIsMinimised)
         const QuilletRun run(L" -activatewindow -msg=5 -kla=" + name);
         const HWND dialog = run.WaitForDialog();
         ASSERT_NE(dialog, nullptr);
-        // The step before the one that waits.
-        ASSERT_TRUE(WaitUntil([&] { return ::GetForegroundWindow() == host.Window(); }));
         Cancel(dialog);
-        EXPECT_EQ(run.WaitForExit(minimised ? kAMoment : kWaitLimit),
-                  minimised ? std::nullopt : std::optional<int>(kResultCancelled));
+        if (!minimised)
+        {
+            EXPECT_EQ(run.WaitForExit(), kResultCancelled);
+            continue;
+        }
+        EXPECT_EQ(run.WaitForExit(kAMoment), std::nullopt);
         host.Kill();
-        // It goes on then, and the notification finds no window.
-        EXPECT_EQ(run.WaitForExit(), minimised ? kResultSendFailed : kResultCancelled);
+        // It goes on then, and the notification finds no window; nor does the search, should it not
+        // have got that far on a busy machine.
+        const auto code = run.WaitForExit();
+        EXPECT_TRUE(code == kResultSendFailed || code == kResultWindowNotFound)
+            << testing::PrintToString(code);
     }
 }
 
