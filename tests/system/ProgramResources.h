@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "tests/support/ProgramPath.h"
+#include "tests/support/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -30,16 +31,6 @@ inline constexpr WORD kStringType = 6;
 inline constexpr WORD kIconGroupType = 14;
 inline constexpr WORD kVersionType = 16;
 inline constexpr WORD kManifestType = 24;
-
-inline std::string Utf8(std::wstring_view text)
-{
-    const int units = static_cast<int>(text.size());
-    const int bytes =
-        ::WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(bytes), '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, text.data(), units, result.data(), bytes, nullptr, nullptr);
-    return result;
-}
 
 inline std::string Hex(std::uint32_t value, int digits = 8)
 {
