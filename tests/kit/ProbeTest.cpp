@@ -30,8 +30,6 @@ TEST(Probe, Crashes)
     ::TerminateProcess(::GetCurrentProcess(), 0xC0000005);
 }
 
-TEST(Probe, ComesAfterTheCrash) {}
-
 TEST(ProbeThatHangs, Hangs)
 {
     const HostProcess host(L"ProbeHost", L"Probe");

@@ -1,91 +1,78 @@
 #include "tests/kit/Report.h"
 
-#include <stdexcept>
+#include <algorithm>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
 
-Totals& Totals::operator+=(const Totals& other)
+namespace
 {
-    passed += other.passed;
-    failed += other.failed;
-    skipped += other.skipped;
-    return *this;
+
+bool HasFailed(const TestResult& result)
+{
+    return result.outcome <= Outcome::Failed;
 }
 
-Totals TotalsOf(const SuiteResult& result)
+auto CountOf(const std::vector<TestResult>& results, Outcome outcome)
 {
-    Totals totals;
-    totals.failed = static_cast<int>(result.faults.size());
-    for (const TestRecord& test : result.tests)
+    return std::ranges::count(results, outcome, &TestResult::outcome);
+}
+
+} // namespace
+
+std::string CountOutcomes(const std::vector<TestResult>& results)
+{
+    std::ostringstream text;
+    text << std::ranges::count_if(results, HasFailed) << " failed, "
+         << CountOf(results, Outcome::Passed) << " passed, " << CountOf(results, Outcome::Skipped)
+         << " skipped";
+    return text.str();
+}
+
+bool AllIsWell(const std::vector<TestResult>& results)
+{
+    return std::ranges::none_of(results, HasFailed) && CountOf(results, Outcome::Passed) > 0;
+}
+
+std::string MakeReport(const std::string& verdict, const std::string& facts,
+                       std::vector<TestResult> results)
+{
+    std::ranges::stable_sort(results, {}, &TestResult::outcome);
+    std::string head = verdict + "\n";
+    std::string failures;
+    std::map<std::string, std::set<std::string>> testsOf; // each note
+    int shown = 0;
+    for (const TestResult& result : results)
     {
-        const bool failed = test.outcome == Outcome::Failed || test.outcome == Outcome::Unfinished;
-        totals.passed += test.outcome == Outcome::Passed ? 1 : 0;
-        totals.failed += failed ? 1 : 0;
-        totals.skipped += test.outcome == Outcome::Skipped ? 1 : 0;
-    }
-    return totals;
-}
-
-std::string Describe(const Totals& totals)
-{
-    return std::to_string(totals.passed) + " passed, " + std::to_string(totals.failed) +
-           " failed, " + std::to_string(totals.skipped) + " skipped";
-}
-
-Report::Report(const std::filesystem::path& folder)
-{
-    for (const auto& place : {folder, std::filesystem::temp_directory_path()})
-    {
-        m_path = place / L"selftest-report.txt";
-        m_file.clear();
-        m_file.open(m_path);
-        if (m_file.is_open())
+        if (HasFailed(result))
         {
-            return;
+            // The beginning, as one line; and all of it, indented.
+            const std::string line =
+                std::regex_replace(result.text.substr(0, 160), std::regex("\\s+"), " ");
+            head += ++shown > 3 ? "" : "Failed: " + result.name + ": " + line + "\n";
+            failures += "\nFAILED " + result.name + "\n    " +
+                        std::regex_replace(result.text, std::regex("\n(.)"), "\n    $1") + "\n";
+        }
+        for (const std::string& note : result.notes)
+        {
+            testsOf[note].insert(result.name);
         }
     }
-    throw std::runtime_error("selftest-report.txt cannot be written");
-}
-
-void Report::Write(const std::vector<std::string>& lines)
-{
-    for (const std::string& line : lines)
+    std::string skips;
+    std::string notes;
+    for (const auto& [note, tests] : testsOf)
     {
-        m_file << line << '\n';
-    }
-    m_file.flush();
-}
-
-void Report::WriteSuite(const Suite& suite, const SuiteResult& result, int seconds)
-{
-    Write({"", suite.name + ": " + Describe(TotalsOf(result)) + " (" + std::to_string(seconds) +
-                   " s)"});
-    for (const std::string& fault : result.faults)
-    {
-        Write({"  FAILED " + suite.name, "    " + fault});
-    }
-    WriteTests(result, Outcome::Failed, "  FAILED ");
-    WriteTests(result, Outcome::Unfinished, "  FAILED, AND DID NOT END ");
-    WriteTests(result, Outcome::Skipped, "  SKIPPED ");
-    for (const TestRecord& test : result.tests)
-    {
-        for (const std::string& difference : test.differences)
+        if (note.starts_with("SKIPPED "))
         {
-            Write({"  EXPECTED DIFFERENCE " + test.name, "    " + difference});
+            skips += (skips.empty() ? "Skipped: " : ", ") + std::to_string(tests.size()) + " (" +
+                     note.substr(note.find(' ') + 1) + ")";
+        }
+        notes += "\n" + note + "\n";
+        for (const std::string& test : tests)
+        {
+            notes += "    " + test + "\n";
         }
     }
-}
-
-void Report::WriteTests(const SuiteResult& result, Outcome outcome, const char* heading)
-{
-    for (const TestRecord& test : result.tests)
-    {
-        if (test.outcome != outcome)
-        {
-            continue;
-        }
-        Write({heading + test.name});
-        for (const std::string& line : test.messages)
-        {
-            Write({"    " + line});
-        }
-    }
+    return head + skips + (skips.empty() ? "" : "\n") + facts + failures + notes;
 }

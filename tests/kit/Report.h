@@ -1,45 +1,17 @@
 #pragma once
 
-#include "tests/kit/Suite.h"
+#include "tests/kit/TestRun.h"
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
-/// How many tests ended in which way.
-struct Totals
-{
-    int passed = 0;
-    int failed = 0;
-    int skipped = 0;
+/// "N failed, N passed, N skipped".
+std::string CountOutcomes(const std::vector<TestResult>& results);
 
-    Totals& operator+=(const Totals& other);
-};
+/// Whether there were tests, and nothing failed.
+bool AllIsWell(const std::vector<TestResult>& results);
 
-Totals TotalsOf(const SuiteResult& result);
-
-/// "N passed, N failed, N skipped".
-std::string Describe(const Totals& totals);
-
-/// The file selftest-report.txt, written piece by piece, so that what is known is in it when the
-/// self-test is broken off.
-class Report
-{
-public:
-    /// Begins the file anew in `folder`, or in the user's folder for temporary files when it cannot
-    /// be written there. Throws std::runtime_error when it cannot be written at all.
-    explicit Report(const std::filesystem::path& folder);
-
-    const std::filesystem::path& Path() const { return m_path; }
-
-    void Write(const std::vector<std::string>& lines);
-    /// The suite's line, and what there is to tell of its tests.
-    void WriteSuite(const Suite& suite, const SuiteResult& result, int seconds);
-
-private:
-    void WriteTests(const SuiteResult& result, Outcome outcome, const char* heading);
-
-    std::filesystem::path m_path;
-    std::ofstream m_file;
-};
+/// The report, in lines of UTF-8. What its reader needs first is in its first ten lines: the
+/// verdict, the gravest failures, what was skipped and why, and the first of the `facts`.
+std::string MakeReport(const std::string& verdict, const std::string& facts,
+                       std::vector<TestResult> results);

@@ -1,135 +1,130 @@
-// The self-test: runs the test programs that lie beside it, one after the other, and reports. It
-// needs nothing but what is in its folder.
+// The self-test: runs the tests of the programs that lie beside it, and reports. It needs nothing
+// but what is in its folder.
 #include <windows.h>
 
 #include "tests/kit/Machine.h"
-#include "tests/kit/Options.h"
 #include "tests/kit/Report.h"
-#include "tests/kit/Suite.h"
-#include "tests/kit/Utf8.h"
+#include "tests/kit/TestConditions.h"
+#include "tests/support/KillOnCloseJob.h"
 #include "tests/support/ProgramPath.h"
+#include "tests/support/Utf8.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <regex>
 
 namespace
 {
 
-/// What the whole takes on an ordinary machine, rounded up.
-constexpr int kMinutes = 6;
-
-enum ExitCode
+struct Options
 {
-    kNothingFailed = 0,
-    kSomethingFailed = 1,
-    kNotUnderstood = 2,
+    /// /only:TEXT, a part of the names of the tests to run.
+    std::string only;
+    /// /limit:SECONDS, for each test.
+    std::optional<std::chrono::seconds> limit;
 };
 
-std::vector<Suite> AllSuites()
+/// Nothing when there is a word that is neither; /quiet is for selftest.cmd.
+std::optional<Options> ReadOptions(int count, wchar_t** words)
 {
-    const std::vector<std::wstring> host{L"quillet.exe", L"test_host.exe", L"planted_library.dll"};
-    return {{.name = "unit", .program = L"unit_tests.exe"},
-            {.name = "scripted", .program = L"scripted_tests.exe"},
-            {.name = "program", .program = L"program_file_tests.exe", .needs = {L"quillet.exe"}},
-            {.name = "system", .program = L"system_tests.exe", .without = "Load.*", .needs = host},
-            {.name = "recipes",
-             .program = L"recipe_tests.exe",
-             .needs = {L"quillet.exe", L"example_host.exe", L"example_caller.exe",
-                       L"small_host.exe", L"recipes"}},
-            {.name = "load", .program = L"system_tests.exe", .only = "Load.*", .needs = host}};
+    Options options;
+    for (const std::wstring& word : std::vector<std::wstring>(words + 1, words + count))
+    {
+        std::wsmatch found;
+        if (std::regex_match(word, found, std::wregex(L"/only:(.*)")))
+        {
+            options.only = Utf8(found.str(1));
+        }
+        else if (std::regex_match(word, found, std::wregex(L"/limit:([0-9]{1,6})")))
+        {
+            options.limit = std::chrono::seconds(std::stoi(found.str(1)));
+        }
+        else if (word != L"/quiet")
+        {
+            return std::nullopt;
+        }
+    }
+    return options;
 }
 
-/// Empty when a name stands for none.
-std::vector<Suite> SuitesOf(const Options& options)
+/// As CTest has them, level by level. Last, and by itself, the one that locks the foreground again.
+std::vector<TestProgram> AllPrograms()
 {
-    std::vector<Suite> suites = AllSuites();
-    if (options.suites.empty())
+    constexpr std::chrono::seconds kLoadLimit{300};
+    return {{"unit", L"unit_tests.exe"},
+            {"scripted", L"scripted_tests.exe"},
+            {"program_file", L"program_file_tests.exe"},
+            {"recipes", L"recipe_tests.exe"},
+            {"system", L"system_tests.exe", "-Load.*:ForegroundLock.*"},
+            {"system", L"system_tests.exe", "Load.*", kLoadLimit},
+            {"system", L"system_tests.exe", "ForegroundLock.*"}};
+}
+
+/// What the kit was packed with and is not there: not unpacked, or taken away by a virus scanner.
+std::vector<TestResult> MissingFiles(const std::filesystem::path& folder)
+{
+    std::vector<TestResult> missing;
+    std::ifstream sums(folder / L"SHA256SUMS");
+    for (std::string sum, name; sums >> sum >> name;)
     {
-        return suites;
+        if (!std::filesystem::exists(folder / name))
+        {
+            missing.push_back({.name = name, .text = "is missing"});
+        }
     }
-    const auto isWanted = [&](const Suite& suite) {
-        return std::ranges::find(options.suites, suite.name) != options.suites.end();
+    return missing;
+}
+
+/// The report's file, in `folder`, or in the user's folder for temporary files when it cannot be
+/// written there.
+std::filesystem::path ReportFile(const std::filesystem::path& folder)
+{
+    const std::filesystem::path name = L"selftest-report.txt";
+    return std::ofstream(folder / name) ? folder / name
+                                        : std::filesystem::temp_directory_path() / name;
+}
+
+int Run(const Options& options)
+{
+    const std::filesystem::path folder = BuiltProgram(L"").parent_path();
+    const std::filesystem::path file = ReportFile(folder);
+    const ForegroundLock& lock = SetTestConditions();
+    const DWORD timeout = ForegroundLockTimeout();
+    const std::string facts = "Foreground lock timeout: " + std::to_string(lock.Found()) +
+                              " ms found, " + std::to_string(timeout) + " ms now" +
+                              (timeout == 0 ? "\n" : ": what needs the foreground is skipped\n") +
+                              DescribeMachine();
+    std::vector<TestResult> results = MissingFiles(folder);
+    std::string verdict;
+    // Again and again, so that what is known is there when the self-test is broken off.
+    const auto report = [&](const char* word) {
+        verdict = "Self-test of Quillet " QUILLET_VERSION ": " + std::string(word) + ", " +
+                  CountOutcomes(results);
+        std::ofstream(file) << MakeReport(verdict, facts, results);
     };
-    std::erase_if(suites, [&](const Suite& suite) { return !isWanted(suite); });
-    return suites.size() == options.suites.size() ? suites : std::vector<Suite>();
-}
-
-/// Prints to the console as it is, and to a file or pipe in UTF-8.
-void Say(const std::wstring& text)
-{
-    const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
-    DWORD done = 0;
-    if (::WriteConsoleW(output, text.data(), static_cast<DWORD>(text.size()), &done, nullptr))
+    for (TestProgram program : AllPrograms())
     {
-        return;
+        program.file = folder / program.file;
+        program.limit = options.limit.value_or(program.limit);
+        report("BROKEN OFF");
+        if (std::filesystem::exists(program.file))
+        {
+            const std::vector<TestResult> more = RunTests(program, options.only);
+            std::cout << program.level << ": " << CountOutcomes(more) << std::endl;
+            std::ranges::copy(more, std::back_inserter(results));
+        }
     }
-    const std::string bytes = Utf8(text);
-    ::WriteFile(output, bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr);
-}
-
-void WaitForEnter()
-{
-    std::array<char, 256> line;
-    DWORD read = 0;
-    ::ReadFile(::GetStdHandle(STD_INPUT_HANDLE), line.data(), line.size(), &read, nullptr);
-}
-
-void Announce(const Options& options)
-{
-    Say(L"Selbsttest von Quillet " QUILLET_VERSION L"\r\n\r\n"
-        L"Rund " +
-        std::to_wstring(kMinutes) +
-        L" Minuten lang (auf langsamen Rechnern länger) kommen und gehen jetzt Fenster, und Tasten "
-        L"und Maus werden vom Test "
-        L"bedient.\r\n"
-        L"Bitte so lange Tastatur und Maus ruhen lassen und den Bildschirm nicht sperren.\r\n\r\n");
-    if (!options.quiet)
+    if (!lock.Restore())
     {
-        Say(L"Beginnen mit der Eingabetaste, abbrechen mit Strg+C. ");
-        WaitForEnter();
+        results.push_back({.name = "foreground lock timeout", .text = "does not come back"});
     }
-}
-
-std::wstring InGerman(const Totals& totals)
-{
-    return std::to_wstring(totals.passed) + L" bestanden, " + std::to_wstring(totals.failed) +
-           L" fehlgeschlagen, " + std::to_wstring(totals.skipped) + L" übersprungen";
-}
-
-Totals RunAndTell(const Suite& suite, const Options& options, Report& report)
-{
-    Say(std::wstring(suite.name.begin(), suite.name.end()) +
-        std::wstring(10 - suite.name.size(), L' '));
-    const auto begin = std::chrono::steady_clock::now();
-    const SuiteResult result = RunSuite(suite, BuiltProgram(L"").parent_path(),
-                                        report.Path().parent_path(), options.patience);
-    const auto seconds = static_cast<int>(
-        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin)
-            .count());
-    report.WriteSuite(suite, result, seconds);
-    const Totals totals = TotalsOf(result);
-    Say(InGerman(totals) + L" (" + std::to_wstring(seconds) + L" s)\r\n");
-    return totals;
-}
-
-int Run(const Options& options, const std::vector<Suite>& suites)
-{
-    Report report(BuiltProgram(L"").parent_path());
-    report.Write({"Self-test of Quillet " QUILLET_VERSION_NARROW});
-    report.Write(DescribeMachine());
-    const TestConditions conditions;
-    report.Write({conditions.DescribeForeground()});
-    Totals totals;
-    for (const Suite& suite : suites)
-    {
-        totals += RunAndTell(suite, options, report);
-    }
-    // Tests that were never run have not passed.
-    totals.failed += totals.passed + totals.failed == 0 ? 1 : 0;
-    report.Write({"", Describe(totals)});
-    Say(L"\r\n" + InGerman(totals) + L"\r\nBericht: " + report.Path().wstring() + L"\r\n");
-    return totals.failed == 0 ? kNothingFailed : kSomethingFailed;
+    report(AllIsWell(results) ? "PASSED" : "FAILED");
+    std::cout << verdict << std::endl;
+    return AllIsWell(results) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace
@@ -137,28 +132,23 @@ int Run(const Options& options, const std::vector<Suite>& suites)
 int wmain(int count, wchar_t** words)
 try
 {
-    const auto options = ReadOptions({words + 1, words + count});
-    const auto suites = options ? SuitesOf(*options) : std::vector<Suite>();
-    if (suites.empty())
+    const auto options = ReadOptions(count, words);
+    if (!options)
     {
-        Say(L"selftest.cmd [/quiet] [/suite:NAME]... [/patience:SEKUNDEN]\r\n"
-            L"NAME: unit, scripted, program, system, recipes, load\r\n");
-        return kNotUnderstood;
+        std::cout << "selftest.cmd [/quiet] [/only:TEXT] [/limit:SEKUNDEN]\n";
+        return 2;
     }
+    // What this has started ends with it, whatever kind of end that is.
+    ::AssignProcessToJobObject(MakeKillOnCloseJob(), ::GetCurrentProcess());
     // A test program that crashes must not wait for somebody to close a box; it inherits this.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
-    Announce(*options);
-    const int code = Run(*options, suites);
-    if (!options->quiet)
-    {
-        Say(L"Fertig. Weiter mit der Eingabetaste. ");
-        WaitForEnter();
-    }
+    const int code = Run(*options);
+    // Keys that tests have pressed are not for whoever waits for one next.
+    ::FlushConsoleInputBuffer(::GetStdHandle(STD_INPUT_HANDLE));
     return code;
 }
 catch (const std::exception& exception)
 {
-    const std::string what = exception.what();
-    Say(L"Der Selbsttest ist gescheitert: " + std::wstring(what.begin(), what.end()) + L"\r\n");
-    return kSomethingFailed;
+    std::cout << "Der Selbsttest ist gescheitert: " << exception.what() << '\n';
+    return EXIT_FAILURE;
 }

@@ -2,20 +2,20 @@
 
 #include "tests/support/RunsUnderWine.h"
 
-#include <gtest/gtest.h>
-
+#include <iostream>
 #include <string>
 
-/// What begins the name of a test's property that tells an expected difference.
-inline constexpr const char* kDifferenceProperty = "differs-";
+/// What begins a line of a test's output that tells an expected difference.
+inline constexpr const char* kDifferenceMark = "EXPECTED DIFFERENCE ";
 
 /// For a subject in which Wine and Windows differ: whether the test has to expect what Wine does.
-/// What it expects is noted for the test's report, in the words given for either; `subject` is one
-/// word, or several with dashes.
+/// What it expects is printed on a line of its own, for reports, in the words given for either;
+/// `subject` is one word, or several with dashes.
 inline bool ExpectsAsUnderWine(const std::string& subject, const char* wine, const char* windows)
 {
     const bool underWine = RunsUnderWine();
-    testing::Test::RecordProperty(kDifferenceProperty + subject, underWine ? wine : windows);
+    const std::string line = kDifferenceMark + subject + ": " + (underWine ? wine : windows);
+    std::cout << line << std::endl;
     return underWine;
 }
 

@@ -14,8 +14,9 @@ bool Create(const std::filesystem::path& program, const std::wstring& commandLin
     for (int attempt = 0; attempt < kTries; ++attempt)
     {
         std::wstring writable = commandLine;
-        if (::CreateProcessW(program.c_str(), writable.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                             nullptr, &startup, &information))
+        const BOOL inheritsHandles = startup.hStdOutput != nullptr;
+        if (::CreateProcessW(program.c_str(), writable.data(), nullptr, nullptr, inheritsHandles, 0,
+                             nullptr, nullptr, &startup, &information))
         {
             return true;
         }
@@ -30,7 +31,7 @@ bool Create(const std::filesystem::path& program, const std::wstring& commandLin
 } // namespace
 
 Process::Process(const std::filesystem::path& program, const std::wstring& commandLine,
-                 std::optional<WORD> showCommand)
+                 std::optional<WORD> showCommand, HANDLE output)
 {
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
@@ -39,6 +40,9 @@ Process::Process(const std::filesystem::path& program, const std::wstring& comma
         startup.dwFlags = STARTF_USESHOWWINDOW;
         startup.wShowWindow = *showCommand;
     }
+    startup.dwFlags |= output == nullptr ? 0 : STARTF_USESTDHANDLES;
+    startup.hStdOutput = output;
+    startup.hStdError = output;
     if (!Create(program, commandLine, startup, m_information))
     {
         throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(),

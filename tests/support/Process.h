@@ -14,10 +14,11 @@ class Process
 public:
     /// Starts `program` with exactly `commandLine` (program name included, nothing quoted or
     /// added), of up to 32,766 code units. `showCommand` (SW_HIDE …) is how the caller wants its
-    /// first window shown; without one it says nothing about that. Throws std::system_error when
+    /// first window shown; without one it says nothing about that. `output`, an inheritable handle,
+    /// gets what it prints on either stream; there is no input then. Throws std::system_error when
     /// the platform refuses.
     Process(const std::filesystem::path& program, const std::wstring& commandLine,
-            std::optional<WORD> showCommand = std::nullopt);
+            std::optional<WORD> showCommand = std::nullopt, HANDLE output = nullptr);
     /// Takes over a process that somebody else, such as the shell, has started.
     explicit Process(HANDLE process);
     ~Process();

@@ -2,7 +2,6 @@
 // linked for a wide-character entry point, and the framework's must not be taken by accident.
 #include <windows.h>
 
-#include "tests/support/Journal.h"
 #include "tests/support/KillOnCloseJob.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +19,5 @@ int wmain(int argc, wchar_t** argv)
     // As the program under test is: on a scaled screen, both see the same coordinates.
     ::SetProcessDPIAware();
     ::testing::InitGoogleTest(&argc, argv);
-    KeepJournal();
     return RUN_ALL_TESTS();
 }
