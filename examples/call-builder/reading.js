@@ -99,12 +99,13 @@
     return value.slice(1);
   }
 
-  // The first of several equal keys counts.
+  // The first of several equal keys counts. A letter is what the platform calls one: a key beyond ASCII is none that is looked
+  // up, but its value is decoded, and can end the program.
   function parametersOf(url) {
     const parameters = new Map();
     const query = /[?]([^ #]+)/.exec(url);
     for (const item of query ? query[1].split(/[&;]+/) : []) {
-      const pair = /^(\w+)(?:=(.*))?$/.exec(item);
+      const pair = /^([\p{L}\p{N}_]+)(?:=(.*))?$/u.exec(item);
       if (pair) {
         const value = decoded(pair[2] ?? '');
         parameters.set(pair[1], parameters.get(pair[1]) ?? value);

@@ -212,6 +212,11 @@ test('what would become of it is told by the program’s rules', () => {
   assert.strictEqual(calls.plainly('link', 'copydata', '\uD800'), undefined);
 });
 
+test('a key that nobody looks up can end the program, too', () => {
+  assert.deepStrictEqual(readCommandLine('q -url=x?\u0130=%'), { abnormalEnd: true });
+  assert.strictEqual(readCommandLine('q -url=x?\u20AC=%&kla=A').kla, 'A');
+});
+
 test('HTML is escaped', () => {
   assert.strictEqual(calls.htmlOf('a:?b&c', '<"&>'), '<a href="a:?b&amp;c">&lt;&quot;&amp;&gt;</a>');
 });
