@@ -77,7 +77,8 @@ class AnotherUser(unittest.TestCase):
         question = ("xdotool", "get_num_desktops")
         self.assertEqual(output_of(*question)[0], 0)
         nobody = pwd.getpwnam("nobody")
-        self.assertNotEqual(output_of(*question, user=nobody.pw_uid, group=nobody.pw_gid, extra_groups=[])[0], 0)
+        somebody_else = {"user": nobody.pw_uid, "group": nobody.pw_gid, "extra_groups": [], "cwd": "/"}
+        self.assertNotEqual(output_of(*question, **somebody_else)[0], 0)
 
 
 if __name__ == "__main__":

@@ -125,7 +125,7 @@ std::vector<std::string> NotesIn(const std::string& output)
 /// Wine ends with 0.
 TestResult RunTest(const TestProgram& program, const std::string& test)
 {
-    const Run run = Start(program, "--gtest_filter=" + test);
+    const Run run = Start(program, "--gtest_brief=0 --gtest_filter=" + test);
     const auto tells = [&](const char* mark, int exitCode) {
         return run.exitCode == exitCode && run.output.find(mark + test) != test.npos;
     };

@@ -10,7 +10,7 @@ from packages import WithFolder
 LIMIT = 120  # seconds, for whatever is waited for
 
 # What Windows, here Wine, changes by itself while programs run.
-OWN_FILES = re.compile(r"windows/(temp|Installer)$|windows/inf/|users/[^/]+/Temp|\.log$", re.IGNORECASE)
+OWN_FILES = re.compile(r"windows/(temp|Installer)$|windows/inf/|users/[^/]+/(AppData/Local/)?Temp|\.log$", re.IGNORECASE)
 # The installer's own folders of the registry, which Wine makes when they are first needed.
 OWN_KEYS = re.compile(r"\\Installer(\\(Features|Products|UpgradeCodes|UserData(\\S-1-5-18(\\(Components|Products))?)?))?$")
 
