@@ -13,6 +13,7 @@
 #include <fstream>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace
@@ -186,36 +187,32 @@ TEST(ProgramFile, CarriesNoTimeStamp)
     EXPECT_EQ(ProgramFile().headers.FileHeader.TimeDateStamp, 0u);
 }
 
-/// The addresses of an eight-byte value, at eight-byte boundaries of sections that have one of
-/// these characteristics.
-std::vector<DWORD> AddressesOf(const ProgramFile& file, std::uint64_t value, DWORD characteristics)
+/// Calls function(address, value) for the eight-byte values at eight-byte boundaries of sections
+/// that have this characteristic.
+template <typename Function>
+void ForEachValue(const ProgramFile& file, DWORD characteristic, Function function)
 {
-    std::vector<DWORD> addresses;
     for (const IMAGE_SECTION_HEADER& section : file.sections)
     {
-        if ((section.Characteristics & characteristics) == 0)
+        if ((section.Characteristics & characteristic) == 0)
         {
             continue;
         }
         ByteReader reader(file.Content(section));
-        for (DWORD offset = 0; offset + sizeof value <= section.SizeOfRawData;
-             offset += sizeof value)
+        for (DWORD offset = 0; offset + sizeof(std::uint64_t) <= section.SizeOfRawData;
+             offset += sizeof(std::uint64_t))
         {
-            if (reader.Read<std::uint64_t>() == value)
-            {
-                addresses.push_back(section.VirtualAddress + offset);
-            }
+            function(section.VirtualAddress + offset, reader.Read<std::uint64_t>());
         }
     }
-    return addresses;
 }
 
-/// What the code may refer to, sorted: for each of its bytes the address whose distance would end
+/// Calls function(address) for each byte of the code, with the address whose distance would end
 /// there, as it does in every instruction that uses a variable. Chance hits are one in four
 /// thousand million per byte.
-std::vector<DWORD> AddressesInCode(const ProgramFile& file)
+template <typename Function>
+void ForEachReference(const ProgramFile& file, Function function)
 {
-    std::vector<DWORD> addresses;
     for (const IMAGE_SECTION_HEADER& section : file.sections)
     {
         const Bytes code = file.Content(section);
@@ -223,12 +220,9 @@ std::vector<DWORD> AddressesInCode(const ProgramFile& file)
         for (std::size_t end = sizeof(DWORD); isCode && end <= code.size(); ++end)
         {
             ByteReader reader(code.subspan(end - sizeof(DWORD)));
-            const auto next = section.VirtualAddress + static_cast<DWORD>(end);
-            addresses.push_back(reader.Read<DWORD>() + next);
+            function(reader.Read<DWORD>() + section.VirtualAddress + static_cast<DWORD>(end));
         }
     }
-    std::ranges::sort(addresses);
-    return addresses;
 }
 
 // A guarded function loads the guard when it begins and again before it returns, mostly through a
@@ -240,21 +234,31 @@ TEST(ProgramFile, CodeComparesTheStackGuard)
     constexpr std::uint64_t kGuardInFile = UINT64_MAX; // runtime/StackProtector.cpp
     constexpr std::size_t kReferencesOfTenFunctions = 20;
     const ProgramFile file;
-    const std::vector<DWORD> inCode = AddressesInCode(file);
-    const auto references = [&inCode](DWORD address) {
-        return std::ranges::equal_range(inCode, address).size();
-    };
-    std::size_t mostReferences = 0;
-    for (const DWORD variable : AddressesOf(file, kGuardInFile, IMAGE_SCN_MEM_WRITE))
-    {
-        std::size_t count = references(variable);
-        const std::uint64_t loaded = file.headers.OptionalHeader.ImageBase + variable;
-        for (const DWORD pointer : AddressesOf(file, loaded, IMAGE_SCN_CNT_INITIALIZED_DATA))
+    std::unordered_map<DWORD, DWORD> variables;
+    ForEachValue(file, IMAGE_SCN_MEM_WRITE, [&](DWORD address, std::uint64_t value) {
+        if (value == kGuardInFile)
         {
-            count += references(pointer);
+            variables.emplace(address, address);
         }
-        mostReferences = std::max(mostReferences, count);
-    }
+    });
+    auto variablesAndPointers = variables;
+    ForEachValue(file, IMAGE_SCN_CNT_INITIALIZED_DATA, [&](DWORD address, std::uint64_t value) {
+        const std::uint64_t distance = value - file.headers.OptionalHeader.ImageBase;
+        const auto variable = variables.find(static_cast<DWORD>(distance));
+        if (distance <= MAXDWORD && variable != variables.end())
+        {
+            variablesAndPointers.emplace(address, variable->first);
+        }
+    });
+    std::unordered_map<DWORD, std::size_t> references;
+    std::size_t mostReferences = 0;
+    ForEachReference(file, [&](DWORD address) {
+        if (const auto found = variablesAndPointers.find(address);
+            found != variablesAndPointers.end())
+        {
+            mostReferences = std::max(mostReferences, ++references[found->second]);
+        }
+    });
     EXPECT_GE(mostReferences, kReferencesOfTenFunctions);
 }
 
