@@ -18,9 +18,6 @@ packages_test=(
   clang-19 libclang-rt-19-dev libbenchmark-dev
   nodejs mono-mcs libmono-system-windows-forms4.0-cil fp-compiler fp-units-rtl)
 
-# Reading the program's sources as Visual C++ would: a compiler with that mode, headers of the platform and of a C++ library.
-packages_visual_cpp=(clang-19 libwine-dev libc++-19-dev)
-
 # Making the packages: pages from documents, the MSI and a look into it, notices from copyright files, manifests.
 packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debian python3-yaml python3-fastjsonschema python3-lxml)
 
@@ -28,8 +25,8 @@ packages_package=(pandoc wixl msitools gir1.2-libmsi-1.0 python3-gi python3-debi
 packages_schema=(npm)
 packages_signing=(osslsigncode)
 
-# Checking format and style.
-packages_lint=(clang-format-19 clang-tidy-19 shellcheck)
+# Checking format and style; and a compiler with Visual C++'s mode, headers of the platform and of a C++ library for it.
+packages_lint=(clang-format-19 clang-tidy-19 shellcheck clang-19 libwine-dev libc++-19-dev)
 
 # Measuring what the tests reach.
 packages_coverage=(gcovr)
