@@ -148,7 +148,7 @@ void ExpectEachOnceWithItsOwnAnswer(int requests, const ScriptedHost& host,
 TEST(Load, RequestsArriveOnceAndGetTheirOwnAnswers)
 {
     const ScriptedHost host({UniqueName(L"LoadHost"), L"Last"}, &AnswerEachItsOwn);
-    ExpectEachOnceWithItsOwnAnswer(300, host, L" -kla=" + host.ClassName());
+    ExpectEachOnceWithItsOwnAnswer(150, host, L" -kla=" + host.ClassName());
 }
 
 TEST(Load, SoTheyDoByPatternSearchWhileWindowsComeAndGo)
@@ -162,7 +162,7 @@ TEST(Load, SoTheyDoByPatternSearchWhileWindowsComeAndGo)
         }
     });
     // Fewer: what is tried is the coming and going, at each of them.
-    ExpectEachOnceWithItsOwnAnswer(100, host, L" -seaglob -kla=[L]" + host.ClassName().substr(1));
+    ExpectEachOnceWithItsOwnAnswer(60, host, L" -seaglob -kla=[L]" + host.ClassName().substr(1));
 }
 
 } // namespace

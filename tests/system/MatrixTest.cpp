@@ -1,5 +1,5 @@
-// Every combination of dialog, delivery and outcome with every way to name the target and every
-// source of the settings, as real runs. What each must end with stands in one table.
+// Every combination of dialog, delivery and outcome with every way to name the target, as real runs
+// whose settings come from each source in turn. What each must end with stands in one table.
 #include "app/ResultCode.h"
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/QuilletRun.h"
@@ -12,6 +12,7 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace
@@ -345,12 +346,14 @@ private:
     std::atomic<DWORD> m_process{0};
 };
 
-/// Wordings of a request with this row's dialog: every way to name the target from every source.
-/// Search and activation alternate, so that each meets each of the others in every row, and all
-/// meet in some row.
+/// Wordings of a request with this row's dialog: every way to name the target, each from one
+/// source. Sources, search and activation alternate from row to row, so that all of them meet in
+/// some row; how each is read and searched is the same in every row.
 std::vector<Wording> Wordings(const Row& row)
 {
     constexpr std::array kYesNo{false, true};
+    constexpr std::array<std::pair<bool, bool>, 3> kSources{
+        {{true, false}, {false, true}, {true, true}}};
     int turn =
         static_cast<int>(row.dialog) + static_cast<int>(row.delivery) + static_cast<int>(row.host);
     std::vector<Wording> wordings;
@@ -358,13 +361,10 @@ std::vector<Wording> Wordings(const Row& row)
     {
         for (const bool byText : kYesNo)
         {
-            for (const auto& [switches, url] :
-                 {std::pair(true, false), {false, true}, {true, true}})
-            {
-                const bool activate = row.dialog == Dialog::Shown && (turn / 2) % 2 == 1;
-                wordings.push_back({byClass, byText, turn % 2 == 1, switches, url, activate});
-                ++turn;
-            }
+            const auto [switches, url] = kSources[static_cast<std::size_t>(turn) % kSources.size()];
+            const bool activate = row.dialog == Dialog::Shown && (turn / 2) % 2 == 1;
+            wordings.push_back({byClass, byText, turn % 2 == 1, switches, url, activate});
+            ++turn;
         }
     }
     return wordings;

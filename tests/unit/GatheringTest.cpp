@@ -25,9 +25,9 @@ constexpr int kRandomLines = 20'000;
 constexpr int kMutatedLines = 10'000;
 constexpr std::size_t kLargestCorpus = 500;
 #else
-constexpr int kRandomLines = 100'000;
-constexpr int kMutatedLines = 50'000;
-constexpr std::size_t kLargestCorpus = 2'000;
+constexpr int kRandomLines = 50'000;
+constexpr int kMutatedLines = 25'000;
+constexpr std::size_t kLargestCorpus = 1'000;
 #endif
 
 /// How the compared lines ended, to see that the comparison says something.
