@@ -17,7 +17,7 @@ import make_selftest
 
 WINDOWS = Path(os.environ["WINEPREFIX"]) / "drive_c"
 LIMIT = 400  # seconds, for one run of the kit
-SHARE = "Its"  # is in the names of some tests of every level
+SHARE = "Class"  # is in the names of some tests of every level
 LEVELS = ("unit", "scripted", "program_file", "recipes", "system")
 FACTS = ("Foreground lock timeout", "Windows", "Mark of the Web", "Code pages", "Screen")
 
@@ -90,7 +90,7 @@ class Run(WithFolder):
         report = self.report()
         passed = re.fullmatch(rf"Self-test of Quillet {VERSION}: PASSED, 0 failed, (\d+) passed, \d+ skipped", report[0])
         self.assertEqual((code, bool(passed)), (0, True))
-        self.assertGreater(int(passed[1]), 50)
+        self.assertGreater(int(passed[1]), 10)
         for fact in FACTS:
             self.assertRegex("\n".join(report[:10]), rf"(?m)^{fact}: +\S")
         for level in LEVELS:
