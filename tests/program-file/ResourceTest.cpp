@@ -2,8 +2,8 @@
 // written out as lines of text, so that a difference shows where it lies.
 #include "res/resource.h"
 
-#include "tests/support/ByteReader.h"
-#include "tests/system/ProgramResources.h"
+#include "tests/program-file/ByteReader.h"
+#include "tests/program-file/ProgramResources.h"
 
 #include <array>
 

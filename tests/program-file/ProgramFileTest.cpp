@@ -2,7 +2,7 @@
 // options of the build.
 #include <windows.h>
 
-#include "tests/support/ByteReader.h"
+#include "tests/program-file/ByteReader.h"
 #include "tests/support/ProgramPath.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The built program's icon, read from its raw bytes.
 #include "res/resource.h"
-#include "tests/support/ByteReader.h"
-#include "tests/system/ProgramResources.h"
+#include "tests/program-file/ByteReader.h"
+#include "tests/program-file/ProgramResources.h"
 
 namespace
 {
