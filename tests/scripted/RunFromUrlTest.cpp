@@ -6,7 +6,7 @@
 namespace
 {
 
-class UrlRun : public ::testing::Test
+class RunFromUrl : public ::testing::Test
 {
 protected:
     /// The exit code of a run without dialog whose URL has this query string.
@@ -32,7 +32,7 @@ protected:
 // --- zeros ---
 
 // A text in UTF-16 is sent as it is stored; a converted one ends at its first zero.
-TEST_F(UrlRun, ZeroEndsAConvertedText)
+TEST_F(RunFromUrl, ZeroEndsAConvertedText)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%00b"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found + CopyDataSent("6 bytes: 61 00 00 00 62 00")));
@@ -49,7 +49,7 @@ TEST_F(UrlRun, ZeroEndsAConvertedText)
 }
 
 // It is no empty text, so it is sent; nothing of it is left.
-TEST_F(UrlRun, TextOfNothingButAZeroIsStillATextToSend)
+TEST_F(RunFromUrl, TextOfNothingButAZeroIsStillATextToSend)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=%00&copydataencoding=UTF-8"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found +
@@ -57,14 +57,14 @@ TEST_F(UrlRun, TextOfNothingButAZeroIsStillATextToSend)
                                 CopyDataSent("0 bytes: ")));
 }
 
-TEST_F(UrlRun, ZeroEndsClassAndText)
+TEST_F(RunFromUrl, ZeroEndsClassAndText)
 {
     EXPECT_EQ(ExitCode(L"kla=Host%00Frame&nam=Mein%00Fenster"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"Host\", \"Mein\")"} + m_notified));
 }
 
 // They count as given, and whoever reads them reads an empty text.
-TEST_F(UrlRun, NothingButAZeroIsAnEmptyNameToLookFor)
+TEST_F(RunFromUrl, NothingButAZeroIsAnEmptyNameToLookFor)
 {
     EXPECT_EQ(ExitCode(L"nam=%00"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(NULL, \"\")"} + m_notified));
@@ -73,7 +73,7 @@ TEST_F(UrlRun, NothingButAZeroIsAnEmptyNameToLookFor)
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"\", NULL)"} + m_notified));
 }
 
-TEST_F(UrlRun, NothingButAZeroIsAnEmptyPattern)
+TEST_F(RunFromUrl, NothingButAZeroIsAnEmptyPattern)
 {
     m_platform.Window(m_target).text.clear();
     EXPECT_EQ(ExitCode(L"seaglob&nam=%00"), kResultCancelled);
@@ -85,14 +85,14 @@ TEST_F(UrlRun, NothingButAZeroIsAnEmptyPattern)
         m_platform.Made({"EnumWindows()", "RealGetWindowClassW(target, zeroed buffer, 4096)"}));
 }
 
-TEST_F(UrlRun, ZeroEndsAPattern)
+TEST_F(RunFromUrl, ZeroEndsAPattern)
 {
     EXPECT_EQ(ExitCode(L"seaglob&nam=Host*%00x"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(
         Calls{"EnumWindows()", "GetWindowTextW(target, zeroed buffer, 4096)"} + m_notified));
 }
 
-TEST_F(UrlRun, ZeroEndsTheEncodingsName)
+TEST_F(RunFromUrl, ZeroEndsTheEncodingsName)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=a&copydataencoding=UTF-8%00x"), kResultAccepted);
     EXPECT_TRUE(m_platform.Made(m_found +
@@ -102,7 +102,7 @@ TEST_F(UrlRun, ZeroEndsTheEncodingsName)
 
 // --- two bytes ---
 
-TEST_F(UrlRun, TwoBytesAreConvertedWithTheirTerminator)
+TEST_F(RunFromUrl, TwoBytesAreConvertedWithTheirTerminator)
 {
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=%c3%a4"), kResultAccepted);
     EXPECT_TRUE(
@@ -110,7 +110,7 @@ TEST_F(UrlRun, TwoBytesAreConvertedWithTheirTerminator)
                         m_found + CopyDataSent("2 bytes: E4 00")));
 }
 
-TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
+TEST_F(RunFromUrl, ConversionThatWritesNothingGivesAZero)
 {
     m_platform.bytePairsConvert = false;
     EXPECT_EQ(ExitCode(L"kla=Host&copydata=a%c3%a4b"), kResultAccepted);
@@ -119,7 +119,7 @@ TEST_F(UrlRun, ConversionThatWritesNothingGivesAZero)
                         m_found + CopyDataSent("6 bytes: 61 00 00 00 62 00")));
 }
 
-TEST_F(UrlRun, EscapesThatStandAloneAreNotConverted)
+TEST_F(RunFromUrl, EscapesThatStandAloneAreNotConverted)
 {
     EXPECT_EQ(ExitCode(L"kla=%41x%c3x%a4"), kResultCancelled);
     EXPECT_TRUE(m_platform.Made(Calls{"FindWindowW(\"%41x%c3x%a4\", NULL)"} + m_notified));

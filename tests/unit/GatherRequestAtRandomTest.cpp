@@ -209,7 +209,7 @@ private:
     std::mt19937 m_random;
 };
 
-TEST(GatheringAtRandom, AgreesWithThePlainRulesOnRandomLines)
+TEST(GatherRequestAtRandom, AgreesWithThePlainRulesOnRandomLines)
 {
     LineMaker maker(RandomSeed());
     Tally tally;
@@ -227,7 +227,7 @@ TEST(GatheringAtRandom, AgreesWithThePlainRulesOnRandomLines)
 // A search guided by results: a line whose request no line before gave joins the corpus, and the
 // next ones are made by changing lines of the corpus. Every other one is made of the lines it began
 // with: by chance the corpus may come from a single one of them, and that one may have no URL.
-TEST(GatheringAtRandom, AgreesWithThePlainRulesOnMutatedLines)
+TEST(GatherRequestAtRandom, AgreesWithThePlainRulesOnMutatedLines)
 {
     std::vector<std::wstring> corpus{
         L"q -url=demo://open?kla=Notepad&msg=5",
