@@ -1,15 +1,15 @@
-// What the handbook tells callers of exit codes and of the C++ caller that the packages carry.
+// The C++ caller that the packages carry.
 #include "tests/recipes/RecipeRun.h"
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 
-#include <fstream>
 #include <string>
-#include <string_view>
 
 namespace
 {
+
+using Caller = Recipe;
 
 /// Runs a copy of the caller as a package has it, two folders below the program, with the variable
 /// QUILLET as it is.
@@ -25,7 +25,7 @@ Outcome RunPackagedCaller(const std::wstring& arguments)
                     arguments);
 }
 
-TEST_F(Recipe, CallerFindsTheProgramOfItsPackage)
+TEST_F(Caller, FindsTheProgramOfItsPackageAndPassesTheLineOnUnchanged)
 {
     ::SetEnvironmentVariableW(L"QUILLET", nullptr);
     const RecipeHost host;
@@ -36,7 +36,7 @@ TEST_F(Recipe, CallerFindsTheProgramOfItsPackage)
     host.ExpectText();
 }
 
-TEST_F(Recipe, CallerTakesTheProgramThatQuilletNames)
+TEST_F(Caller, TakesTheProgramThatQuilletNames)
 {
     ::SetEnvironmentVariableW(L"QUILLET", L"Z:\\no\\such\\program.exe");
     const Outcome outcome = RunPackagedCaller(L"15 \"quillet.exe -nodlg\"");
@@ -45,7 +45,7 @@ TEST_F(Recipe, CallerTakesTheProgramThatQuilletNames)
 }
 
 // The host never answers; on a busy machine the text need not even have reached it.
-TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
+TEST_F(Caller, EndsAProgramThatTakesTooLongAndTellsNoAnswer)
 {
     const RecipeHost host([](HWND, const ReceivedMessage&) { return std::nullopt; });
     const Outcome outcome =
@@ -56,7 +56,7 @@ TEST_F(Recipe, CallerEndsAProgramThatTakesTooLongAndTellsNoAnswer)
     EXPECT_EQ(::FindWindowW(nullptr, kWaitDialogCaption), nullptr);
 }
 
-TEST_F(Recipe, CallerSendsATextThatIsGivenApart)
+TEST_F(Caller, SendsATextThatIsGivenApart)
 {
     constexpr wchar_t kHarmless[] = L"Vorgang 4711 - Muster & Co";
     const RecipeHost host;
@@ -67,7 +67,7 @@ TEST_F(Recipe, CallerSendsATextThatIsGivenApart)
     host.ExpectText(kHarmless);
 }
 
-TEST_F(Recipe, CallerRefusesATextThatCouldHoldASwitch)
+TEST_F(Caller, RefusesATextThatCouldHoldASwitch)
 {
     const RecipeHost host;
     const ForeignHost foreign;
@@ -84,83 +84,6 @@ TEST_F(Recipe, CallerRefusesATextThatCouldHoldASwitch)
     EXPECT_EQ(quote.WaitForExit(), 1);
     EXPECT_TRUE(host.Received().empty());
     EXPECT_TRUE(foreign.Received().empty());
-}
-
-// Why the recipes refuse it: what this text does, from inside the quotes and with a class given.
-TEST_F(Recipe, HostileTextHasTheProgramCloseAnotherWindow)
-{
-    const RecipeHost host;
-    const ForeignHost foreign;
-    EXPECT_EQ(RunQuillet(L" -kla=QuilletBeispielHost -copydata=" + Quoted(kHostileText)), -1);
-    const auto received = foreign.WaitForMessages(1);
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0].message, static_cast<UINT>(WM_CLOSE));
-    EXPECT_TRUE(host.Received().empty());
-}
-
-// The handbook warns of it: both look like a notification that was sent.
-TEST_F(Recipe, MisspeltClassEndsLikeANotificationThatWasSent)
-{
-    const RecipeHost host;
-    EXPECT_EQ(RunQuillet(L" -nodlg --kla=QuilletBeispielHost"), -1);
-    EXPECT_EQ(RunQuillet(L" -nodlg -kla QuilletBeispielHost"), -1);
-    EXPECT_TRUE(host.Received().empty());
-}
-
-constexpr wchar_t kUmlauts[] = L"Gr\u00F6\u00DFe";
-
-std::string InCodePage(UINT codePage, const std::wstring& text)
-{
-    std::string bytes(text.size() * 3, '\0'); // the most that a unit can take
-    const int size =
-        ::WideCharToMultiByte(codePage, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                              static_cast<int>(bytes.size()), nullptr, nullptr);
-    bytes.resize(static_cast<size_t>(size));
-    return bytes;
-}
-
-/// Whether nothing is lost on the way there and back.
-bool HasUmlauts(UINT codePage)
-{
-    const std::string bytes = InCodePage(codePage, kUmlauts);
-    wchar_t text[16]{};
-    ::MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text, 15);
-    return std::wstring_view(text) == kUmlauts;
-}
-
-/// A batch file that sends a text with umlauts, saved in a code page.
-std::wstring BatchFile(UINT codePage)
-{
-    const std::filesystem::path file = ScratchPath(L"umlaut.cmd");
-    std::ofstream(file, std::ios::binary)
-        << InCodePage(codePage, L"@\"%QUILLET%\" -kla=QuilletBeispielHost -copydata=\"" +
-                                    std::wstring(kUmlauts) + L"\"\r\n");
-    return file.wstring();
-}
-
-// A console begins with the system's OEM code page.
-TEST_F(Recipe, BatchFileInTheCodePageOfTheConsoleSendsUmlauts)
-{
-    if (!HasUmlauts(::GetOEMCP()))
-    {
-        GTEST_SKIP() << "the console's code page " << ::GetOEMCP() << " has no umlauts";
-    }
-    const RecipeHost host;
-    EXPECT_EQ(RunInCmd(Quoted(BatchFile(::GetOEMCP()))).exitCode, static_cast<int>(kAnswer));
-    host.ExpectText(kUmlauts);
-}
-
-TEST_F(Recipe, BatchFileInUtf8SendsGarbageWithoutItsCodePage)
-{
-    if (::GetOEMCP() == CP_UTF8)
-    {
-        GTEST_SKIP() << "UTF-8 is the console's code page";
-    }
-    const RecipeHost host;
-    EXPECT_EQ(RunInCmd(Quoted(BatchFile(CP_UTF8))).exitCode, static_cast<int>(kAnswer));
-    const auto received = host.WaitForMessages(1);
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_NE(received[0].Text(), kUmlauts);
 }
 
 } // namespace

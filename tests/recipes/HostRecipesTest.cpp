@@ -1,14 +1,16 @@
 // The recipes that ask whether the host runs, or start it.
 #include "tests/recipes/RecipeRun.h"
 #include "tests/support/ProgramPath.h"
-#include "tests/support/QuilletRun.h"
+#include "tests/support/Waiting.h"
 
 namespace
 {
 
+using HostRecipes = Recipe;
+
 constexpr wchar_t kHostClass[] = L"QuilletBeispielHost";
 
-TEST_F(Recipe, HostIsFoundRunningWithoutBeingTroubled)
+TEST_F(HostRecipes, HostIsFoundRunningWithoutBeingTroubled)
 {
     const RecipeHost host;
     const Outcome outcome = RunInCmd(Quoted(RecipePath(L"batch\\is-host-running.cmd")));
@@ -17,7 +19,7 @@ TEST_F(Recipe, HostIsFoundRunningWithoutBeingTroubled)
     EXPECT_TRUE(host.Received().empty()); // nothing from WM_USER up, and no text
 }
 
-TEST_F(Recipe, HostIsFoundMissing)
+TEST_F(HostRecipes, HostIsFoundMissing)
 {
     const Outcome outcome = RunInCmd(Quoted(RecipePath(L"batch\\is-host-running.cmd")));
     EXPECT_EQ(outcome.exitCode, 1);
@@ -33,7 +35,7 @@ Outcome StartAndSend(const std::wstring& program, const wchar_t* attempts,
     return RunInCmd(Quoted(RecipePath(L"batch\\start-and-send.cmd")) + L' ' + Quoted(text));
 }
 
-TEST_F(Recipe, MissingHostIsStartedAndGetsTheText)
+TEST_F(HostRecipes, MissingHostIsStartedAndGetsTheText)
 {
     ASSERT_EQ(::FindWindowW(kHostClass, nullptr), nullptr);
     const Outcome outcome = StartAndSend(BuiltProgram(L"example_host.exe").wstring(), L"30");
@@ -44,7 +46,7 @@ TEST_F(Recipe, MissingHostIsStartedAndGetsTheText)
     EXPECT_TRUE(WaitUntil([host] { return !::IsWindow(host); }));
 }
 
-TEST_F(Recipe, HostThatRunsIsNotStartedAgain)
+TEST_F(HostRecipes, HostThatRunsIsNotStartedAgain)
 {
     const RecipeHost host;
     const Outcome outcome = StartAndSend(L"Z:\\no\\such\\host.exe", L"30");
@@ -53,7 +55,7 @@ TEST_F(Recipe, HostThatRunsIsNotStartedAgain)
     host.ExpectText();
 }
 
-TEST_F(Recipe, HostIsNotStartedForATextThatCouldHoldASwitch)
+TEST_F(HostRecipes, HostIsNotStartedForATextThatCouldHoldASwitch)
 {
     const ForeignHost foreign;
     const Outcome outcome = StartAndSend(L"Z:\\no\\such\\host.exe", L"1", kHostileText);
@@ -62,7 +64,7 @@ TEST_F(Recipe, HostIsNotStartedForATextThatCouldHoldASwitch)
     EXPECT_TRUE(foreign.Received().empty());
 }
 
-TEST_F(Recipe, HostThatNeverAppearsIsGivenUp)
+TEST_F(HostRecipes, HostThatNeverAppearsIsGivenUp)
 {
     wchar_t system[MAX_PATH];
     ::GetSystemDirectoryW(system, MAX_PATH);
@@ -70,48 +72,6 @@ TEST_F(Recipe, HostThatNeverAppearsIsGivenUp)
     EXPECT_EQ(outcome.exitCode, -2);
     EXPECT_NE(outcome.output.find("Der Host ist nicht erschienen.\r\n"), std::string::npos)
         << outcome.output;
-}
-
-/// The small host of the host guide, in a process of its own.
-class SmallHost : public testing::Test
-{
-protected:
-    SmallHost() : m_process(BuiltProgram(L"small_host.exe"), L"small_host.exe")
-    {
-        EXPECT_TRUE(WaitUntil([this] { return Window() != nullptr; }));
-    }
-
-    HWND Window() const { return FindProcessWindow(m_process.Id(), L"SmallHost", nullptr); }
-
-    std::wstring Title() const
-    {
-        wchar_t title[64];
-        ::GetWindowTextW(Window(), title, 64);
-        return title;
-    }
-
-private:
-    Process m_process;
-};
-
-TEST_F(SmallHost, ShowsTheTextAndAnswers)
-{
-    EXPECT_EQ(RunQuillet(L" -kla=SmallHost -copydata=\"Vorgang 4711\""), 2);
-    EXPECT_EQ(Title(), L"SmallHost: Vorgang 4711");
-}
-
-TEST_F(SmallHost, TakesATextThatNobodyWaitsFor)
-{
-    EXPECT_EQ(RunQuillet(L" -nodlg -kla=SmallHost -copydata=a"), 0);
-    EXPECT_EQ(Title(), L"SmallHost: a");
-}
-
-TEST_F(SmallHost, RefusesWhatIsTooLongOrNoText)
-{
-    const std::wstring text(1001, L'a');
-    EXPECT_EQ(RunQuillet(L" -nodlg -kla=SmallHost -copydata=" + text), -3);
-    EXPECT_EQ(RunQuillet(L" -nodlg -kla=SmallHost -copydata=a -copydataencoding=UTF-8"), -3);
-    EXPECT_EQ(Title(), L"SmallHost");
 }
 
 } // namespace

@@ -56,7 +56,7 @@ bool HasVBScript()
 }
 
 /// Recipes in several languages that do the same: how each is started.
-class SendTextRecipe : public Recipe, public testing::WithParamInterface<const wchar_t*>
+class RecipeSendText : public Recipe, public testing::WithParamInterface<const wchar_t*>
 {
 protected:
     void SetUp() override
@@ -75,7 +75,7 @@ protected:
     }
 };
 
-TEST_P(SendTextRecipe, SendsTheTextAndPassesTheAnswerOn)
+TEST_P(RecipeSendText, SendsTheTextAndPassesTheAnswerOn)
 {
     const RecipeHost host;
     const Outcome outcome = Run();
@@ -84,14 +84,14 @@ TEST_P(SendTextRecipe, SendsTheTextAndPassesTheAnswerOn)
     host.ExpectText();
 }
 
-TEST_P(SendTextRecipe, TellsAMissingHostFromSuccess)
+TEST_P(RecipeSendText, TellsAMissingHostFromSuccess)
 {
     const Outcome outcome = Run();
     EXPECT_EQ(outcome.exitCode, kResultWindowNotFound);
     EXPECT_EQ(outcome.output, "Der Host ist nicht gestartet.\r\n");
 }
 
-TEST_P(SendTextRecipe, TellsARefusalFromSuccess)
+TEST_P(RecipeSendText, TellsARefusalFromSuccess)
 {
     const RecipeHost host(ReturnFromCopyData(FALSE));
     const Outcome outcome = Run();
@@ -100,7 +100,7 @@ TEST_P(SendTextRecipe, TellsARefusalFromSuccess)
     host.ExpectText();
 }
 
-TEST_P(SendTextRecipe, RefusesATextThatCouldHoldASwitch)
+TEST_P(RecipeSendText, RefusesATextThatCouldHoldASwitch)
 {
     const RecipeHost host;
     const ForeignHost foreign;
@@ -115,7 +115,7 @@ TEST_P(SendTextRecipe, RefusesATextThatCouldHoldASwitch)
     EXPECT_TRUE(foreign.Received().empty());
 }
 
-TEST_P(SendTextRecipe, SendsATextWithDashesThatAreHarmless)
+TEST_P(RecipeSendText, SendsATextWithDashesThatAreHarmless)
 {
     constexpr wchar_t kHarmless[] = L"-nodlg: Vorgang-4711 - Muster & Co";
     const RecipeHost host;
@@ -123,7 +123,7 @@ TEST_P(SendTextRecipe, SendsATextWithDashesThatAreHarmless)
     host.ExpectText(kHarmless);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, SendTextRecipe,
+INSTANTIATE_TEST_SUITE_P(, RecipeSendText,
                          testing::Values(L"batch\\send-text.cmd", L"vbscript\\send-text.vbs"),
                          [](const auto& instance) {
                              return std::wstring_view(instance.param).starts_with(L"batch")
@@ -227,31 +227,6 @@ TEST_F(Recipe, LinkReachesTheHostWhileItsSchemeIsRegistered)
     HKEY scheme = nullptr;
     EXPECT_EQ(::RegOpenKeyExW(HKEY_CLASSES_ROOT, L"orvane-demo", 0, KEY_READ, &scheme),
               ERROR_FILE_NOT_FOUND);
-}
-
-TEST_F(Recipe, CallerPassesTheCommandLineOnUnchanged)
-{
-    const RecipeHost host;
-    const Outcome outcome =
-        RunInCmd(Quoted(BuiltProgram(L"example_caller.exe")) +
-                 L" 15 \"quillet.exe -kla=QuilletBeispielHost -copydata=\\\"Vorgang 4711\\\"\"");
-    EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_EQ(outcome.output, "42\r\n");
-    host.ExpectText();
-}
-
-// What the handbook warns of: programs that build the command line from a list put the quotes
-// around the whole argument, and a dash after a quote begins no switch.
-TEST_F(Recipe, SwitchInsideQuotesIsNotFound)
-{
-    const RecipeHost host;
-    const Outcome outcome =
-        RunInCmd(Quoted(BuiltProgram(L"quillet.exe")) +
-                 L" -nodlg -kla=QuilletBeispielHost \"-copydata=Vorgang 4711\"");
-    EXPECT_EQ(outcome.exitCode, kResultCancelled);
-    const auto received = host.WaitForMessages(1);
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0].message, static_cast<UINT>(WM_USER));
 }
 
 } // namespace
