@@ -136,7 +136,7 @@ std::string ContentOf(const std::vector<Call>& calls, UINT codePage)
     return content;
 }
 
-class BuiltCalls : public testing::Test
+class CallBuilderCalls : public testing::Test
 {
 protected:
     /// That the calls have arrived, each in its turn.
@@ -170,7 +170,7 @@ protected:
     ScriptedHost m_host{{.className = kHostClass, .title = kHostTitle}};
 };
 
-TEST_F(BuiltCalls, ArriveFromACommandLine)
+TEST_F(CallBuilderCalls, ArriveFromACommandLine)
 {
     const std::vector<Call> calls = CallsOf("line");
     ASSERT_FALSE(calls.empty());
@@ -182,14 +182,14 @@ TEST_F(BuiltCalls, ArriveFromACommandLine)
     ExpectReceived(calls);
 }
 
-TEST_F(BuiltCalls, ArriveFromABatchFile)
+TEST_F(CallBuilderCalls, ArriveFromABatchFile)
 {
     const std::vector<Call> calls = CallsOf("batch");
     const std::string content = "@echo off\r\n" + ContentOf(calls, ::GetOEMCP());
     RunFile(calls, L"calls.cmd", content, L"cmd.exe", L"/c");
 }
 
-TEST_F(BuiltCalls, ArriveFromVBScript)
+TEST_F(CallBuilderCalls, ArriveFromVBScript)
 {
     const std::vector<Call> calls = CallsOf("vbscript");
     const std::string content = "Dim commandLine, code\r\n" + ContentOf(calls, CP_UTF8); // ASCII

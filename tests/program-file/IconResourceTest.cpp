@@ -6,6 +6,8 @@
 namespace
 {
 
+using IconResource = Resource;
+
 struct IconImage
 {
     WORD id;
@@ -34,7 +36,7 @@ std::string GroupEntry(int width, int height, int colours, int reserved, int pla
     return line.str();
 }
 
-TEST_F(Resource, IconGroupListsSixImages)
+TEST_F(IconResource, GroupListsSixImages)
 {
     constexpr WORD kIconDirectory = 1;
     ByteReader reader(m_program.Get(kIconGroupType, IDR_MAINFRAME, kGerman));
@@ -65,7 +67,7 @@ TEST_F(Resource, IconGroupListsSixImages)
     EXPECT_EQ(Joined(entries), Joined(expected));
 }
 
-TEST_F(Resource, SmallImagesAreBitmapsWithAlphaAndMask)
+TEST_F(IconResource, SmallImagesAreBitmapsWithAlphaAndMask)
 {
     for (const auto& [id, size, byteCount] : kBitmaps)
     {
@@ -157,7 +159,7 @@ std::vector<PngChunk> ReadPngChunks(Bytes bytes)
     return chunks;
 }
 
-TEST_F(Resource, LargestImageIsAPng)
+TEST_F(IconResource, LargestImageIsAPng)
 {
     const Bytes bytes = m_program.Get(kIconType, kPng.id, kGerman);
     ASSERT_EQ(bytes.size(), kPng.bytes);
@@ -183,7 +185,7 @@ TEST_F(Resource, LargestImageIsAPng)
     EXPECT_EQ(header[12], std::byte{0}); // not interlaced
 }
 
-TEST_F(Resource, PlatformMakesAnIconOfEveryImage)
+TEST_F(IconResource, PlatformMakesAnIconOfEveryImage)
 {
     constexpr DWORD kIconFormat = 0x00030000;
     for (const auto& [id, size, byteCount] : AllImages())

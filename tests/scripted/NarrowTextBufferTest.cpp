@@ -30,7 +30,7 @@ std::string Conversion(int units, const char* store, int capacity)
            std::to_string(capacity) + ")";
 }
 
-class NarrowText : public ::testing::Test
+class NarrowTextBufferTest : public ::testing::Test
 {
 protected:
     /// Converts and releases.
@@ -42,7 +42,7 @@ protected:
     ScriptedPlatform m_platform;
 };
 
-TEST_F(NarrowText, ThirtyOneUnitsLiveInside)
+TEST_F(NarrowTextBufferTest, ThirtyOneUnitsLiveInside)
 {
     {
         const NarrowTextBuffer buffer(kShort.c_str(), CP_UTF8);
@@ -51,7 +51,7 @@ TEST_F(NarrowText, ThirtyOneUnitsLiveInside)
     EXPECT_TRUE(m_platform.Made({Conversion(32, "inline store", 128)}));
 }
 
-TEST_F(NarrowText, ThirtyTwoUnitsLiveInABlock)
+TEST_F(NarrowTextBufferTest, ThirtyTwoUnitsLiveInABlock)
 {
     {
         const NarrowTextBuffer buffer(kLong.c_str(), CP_UTF8);
@@ -61,27 +61,27 @@ TEST_F(NarrowText, ThirtyTwoUnitsLiveInABlock)
         {"calloc(132, 1) = block 1", Conversion(33, "block 1", 132), "free(block 1)"}));
 }
 
-TEST_F(NarrowText, EmptyTextIsItsTerminator)
+TEST_F(NarrowTextBufferTest, EmptyTextIsItsTerminator)
 {
     const NarrowTextBuffer buffer(L"", CP_UTF8);
     EXPECT_STREQ(buffer.Bytes(), "");
     EXPECT_TRUE(m_platform.Made({Conversion(1, "inline store", 4)}));
 }
 
-TEST_F(NarrowText, CodePageIsPassedOn)
+TEST_F(NarrowTextBufferTest, CodePageIsPassedOn)
 {
     Convert(L"a", CP_ACP);
     EXPECT_TRUE(m_platform.Made({"WideCharToMultiByte(0, 0, 2 units, inline store, 8)"}));
 }
 
-TEST_F(NarrowText, FirstCapacityHoldsTheLongestSequences)
+TEST_F(NarrowTextBufferTest, FirstCapacityHoldsTheLongestSequences)
 {
     const std::wstring euros(31, L'\u20AC');
     const NarrowTextBuffer buffer(euros.c_str(), CP_UTF8);
     EXPECT_EQ(std::strlen(buffer.Bytes()), 93u);
 }
 
-TEST_F(NarrowText, TooSmallInlineStoreGivesWayToABlock)
+TEST_F(NarrowTextBufferTest, TooSmallInlineStoreGivesWayToABlock)
 {
     m_platform.conversions = {kTooSmall, Giving(129), Giving(129)};
     Convert(kShort);
@@ -90,7 +90,7 @@ TEST_F(NarrowText, TooSmallInlineStoreGivesWayToABlock)
                                  "free(block 1)"}));
 }
 
-TEST_F(NarrowText, TooSmallInlineStoreStaysWhenItSuffices)
+TEST_F(NarrowTextBufferTest, TooSmallInlineStoreStaysWhenItSuffices)
 {
     m_platform.conversions = {kTooSmall, Giving(128), Giving(128)};
     Convert(kShort);
@@ -98,7 +98,7 @@ TEST_F(NarrowText, TooSmallInlineStoreStaysWhenItSuffices)
                                  Conversion(32, "inline store", 128)}));
 }
 
-TEST_F(NarrowText, TooSmallBlockIsResized)
+TEST_F(NarrowTextBufferTest, TooSmallBlockIsResized)
 {
     m_platform.conversions = {kTooSmall, Giving(500), Giving(500)};
     Convert(kLong);
@@ -107,7 +107,7 @@ TEST_F(NarrowText, TooSmallBlockIsResized)
          "_recalloc(block 1, 500, 1) = block 2", Conversion(33, "block 2", 500), "free(block 2)"}));
 }
 
-TEST_F(NarrowText, BlockIsResizedDownToo)
+TEST_F(NarrowTextBufferTest, BlockIsResizedDownToo)
 {
     m_platform.conversions = {kTooSmall, Giving(129), Giving(129)};
     Convert(kLong);
@@ -116,7 +116,7 @@ TEST_F(NarrowText, BlockIsResizedDownToo)
          "_recalloc(block 1, 129, 1) = block 2", Conversion(33, "block 2", 129), "free(block 2)"}));
 }
 
-TEST_F(NarrowText, BlockIsGivenUpWhenTheInlineStoreSuffices)
+TEST_F(NarrowTextBufferTest, BlockIsGivenUpWhenTheInlineStoreSuffices)
 {
     m_platform.conversions = {kTooSmall, Giving(128), Giving(128)};
     Convert(kLong);
@@ -125,7 +125,7 @@ TEST_F(NarrowText, BlockIsGivenUpWhenTheInlineStoreSuffices)
                                  Conversion(33, "inline store", 128)}));
 }
 
-TEST_F(NarrowText, SecondRefusalIsAFailure)
+TEST_F(NarrowTextBufferTest, SecondRefusalIsAFailure)
 {
     m_platform.conversions = {kTooSmall, Giving(500), kTooSmall};
     EXPECT_EQ(ThrownCode([] { Convert(kLong); }), HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER));
@@ -135,7 +135,7 @@ TEST_F(NarrowText, SecondRefusalIsAFailure)
 }
 
 // Nothing special: the conversion into no bytes fails, and that failure counts.
-TEST_F(NarrowText, FailedMeasurementEndsInTheFailureOfTheSecondAttempt)
+TEST_F(NarrowTextBufferTest, FailedMeasurementEndsInTheFailureOfTheSecondAttempt)
 {
     m_platform.conversions = {kTooSmall, Failing(ERROR_INVALID_FLAGS),
                               Failing(ERROR_INVALID_PARAMETER)};
@@ -145,7 +145,7 @@ TEST_F(NarrowText, FailedMeasurementEndsInTheFailureOfTheSecondAttempt)
                                  Conversion(33, "inline store", 0)}));
 }
 
-TEST_F(NarrowText, NegativeMeasurementIsAnInvalidArgument)
+TEST_F(NarrowTextBufferTest, NegativeMeasurementIsAnInvalidArgument)
 {
     m_platform.conversions = {kTooSmall, Giving(-1)};
     EXPECT_EQ(ThrownCode([] { Convert(kLong); }), E_INVALIDARG);
@@ -153,7 +153,7 @@ TEST_F(NarrowText, NegativeMeasurementIsAnInvalidArgument)
                                  Conversion(33, "no store", 0), "free(block 1)"}));
 }
 
-TEST_F(NarrowText, OtherFailureIsNotTriedAgain)
+TEST_F(NarrowTextBufferTest, OtherFailureIsNotTriedAgain)
 {
     const struct
     {
@@ -176,7 +176,7 @@ TEST_F(NarrowText, OtherFailureIsNotTriedAgain)
     }
 }
 
-TEST_F(NarrowText, FailureFreesTheBlock)
+TEST_F(NarrowTextBufferTest, FailureFreesTheBlock)
 {
     m_platform.conversions = {Failing(ERROR_INVALID_PARAMETER)};
     EXPECT_EQ(ThrownCode([] { Convert(kLong); }), E_INVALIDARG);
@@ -184,19 +184,19 @@ TEST_F(NarrowText, FailureFreesTheBlock)
         {"calloc(132, 1) = block 1", Conversion(33, "block 1", 132), "free(block 1)"}));
 }
 
-TEST_F(NarrowText, UnknownCodePageFails)
+TEST_F(NarrowTextBufferTest, UnknownCodePageFails)
 {
     EXPECT_EQ(ThrownCode([] { Convert(L"a", 12345); }), E_INVALIDARG);
 }
 
-TEST_F(NarrowText, NoMemoryForTheFirstBlock)
+TEST_F(NarrowTextBufferTest, NoMemoryForTheFirstBlock)
 {
     m_platform.memoryFailsAfter = 0;
     EXPECT_TRUE(RunsOutOfMemory([] { Convert(kLong); }));
     EXPECT_TRUE(m_platform.Made({"calloc(132, 1) = NULL"}));
 }
 
-TEST_F(NarrowText, NoMemoryForTheBlockAfterTheInlineStore)
+TEST_F(NarrowTextBufferTest, NoMemoryForTheBlockAfterTheInlineStore)
 {
     m_platform.memoryFailsAfter = 0;
     m_platform.conversions = {kTooSmall, Giving(129)};
@@ -205,7 +205,7 @@ TEST_F(NarrowText, NoMemoryForTheBlockAfterTheInlineStore)
                                  "calloc(129, 1) = NULL"}));
 }
 
-TEST_F(NarrowText, NoMemoryForTheResizedBlockFreesTheOldOne)
+TEST_F(NarrowTextBufferTest, NoMemoryForTheResizedBlockFreesTheOldOne)
 {
     m_platform.memoryFailsAfter = 1;
     m_platform.conversions = {kTooSmall, Giving(500)};
@@ -216,14 +216,14 @@ TEST_F(NarrowText, NoMemoryForTheResizedBlockFreesTheOldOne)
 }
 
 // A text whose fourfold size no longer fits into 31 bits; only its length is pretended.
-TEST_F(NarrowText, TooLongATextIsAnInvalidArgument)
+TEST_F(NarrowTextBufferTest, TooLongATextIsAnInvalidArgument)
 {
     m_platform.textLength = 0x1FFFFFFF;
     EXPECT_EQ(ThrownCode([] { NarrowTextBuffer(L"", CP_UTF8); }), E_INVALIDARG);
     EXPECT_TRUE(m_platform.Made({}));
 }
 
-TEST_F(NarrowText, LongestTextAsksForItsFourfoldSize)
+TEST_F(NarrowTextBufferTest, LongestTextAsksForItsFourfoldSize)
 {
     m_platform.textLength = 0x1FFFFFFE;
     m_platform.memoryFailsAfter = 0;

@@ -200,7 +200,7 @@ TEST_P(AskedToEnd, EndsWithMinusOneOrWaits)
 
 // A logoff is granted, and the platform then ends the process by itself; the dialog does
 // nothing of its own.
-INSTANTIATE_TEST_SUITE_P(Dialog, AskedToEnd,
+INSTANTIATE_TEST_SUITE_P(Fault, AskedToEnd,
                          testing::Values(EndRequest{"Close", WM_CLOSE, 0, 0, false},
                                          EndRequest{"QueryEndSession", WM_QUERYENDSESSION, 0, 0,
                                                     true},

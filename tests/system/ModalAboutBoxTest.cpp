@@ -122,7 +122,7 @@ TEST_P(TwoAboutBoxes, KeepTheDialogDisabledUntilBothAreClosed)
     EXPECT_EQ(run.WaitForExit(), 7);
 }
 
-INSTANTIATE_TEST_SUITE_P(, TwoAboutBoxes, ::testing::Bool(), [](const auto& order) {
+INSTANTIATE_TEST_SUITE_P(ModalAboutBox, TwoAboutBoxes, ::testing::Bool(), [](const auto& order) {
     return order.param ? "EarlierFirst" : "LaterFirst";
 });
 #endif

@@ -66,12 +66,10 @@ TEST_P(OpenMenu, EndsWithTheRun)
     EXPECT_EQ(run.WaitForExit(), end.exitCode);
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, OpenMenu,
-                         testing::Combine(testing::ValuesIn(kWaysToOpen),
-                                          testing::ValuesIn(kWaysToEnd)),
-                         [](const auto& row) {
-                             return std::string(std::get<0>(row.param).name) +
-                                    std::get<1>(row.param).name;
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    , OpenMenu, testing::Combine(testing::ValuesIn(kWaysToOpen), testing::ValuesIn(kWaysToEnd)),
+    [](const auto& row) {
+        return std::string(std::get<0>(row.param).name) + std::get<1>(row.param).name;
+    });
 
 } // namespace

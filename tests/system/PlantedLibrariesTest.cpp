@@ -1,8 +1,7 @@
 // Libraries planted beside the program, as a download folder may hold them, are never loaded.
-#include "tests/support/PlantedLibrary.h"
-
 #include "app/ResultCode.h"
 #include "tests/support/DialogProbe.h"
+#include "tests/support/PlantedLibrary.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 #include "tests/support/ScriptedHost.h"

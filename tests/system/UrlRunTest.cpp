@@ -343,7 +343,7 @@ private:
     bool m_registered;
 };
 
-TEST(UrlScheme, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
+TEST(UrlRunOfALink, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
 {
     const std::wstring scheme = UniqueName(L"quillettest");
     const RegisteredScheme registered(scheme);
@@ -361,7 +361,7 @@ TEST(UrlScheme, AClickedLinkReachesTheHostAndItsAnswerEndsTheRun)
     EXPECT_EQ(received[0].Text(), L"Sch\u00F6ne Gr\u00FC\u00DFe: 1&2");
 }
 
-TEST(UrlScheme, AQuoteInAClickedLinkSmugglesSwitches)
+TEST(UrlRunOfALink, AQuoteInAClickedLinkSmugglesSwitches)
 {
     const std::wstring scheme = UniqueName(L"quillettest");
     const RegisteredScheme registered(scheme);

@@ -273,13 +273,13 @@ TEST_F(CDialogTest, NothingButKeysIsTranslated)
     EXPECT_FALSE(takes(WM_MOUSEMOVE));
 }
 
-class DoModal : public WindowFixture
+class CDialogDoModal : public WindowFixture
 {
 protected:
     PlainWindow m_owner;
 };
 
-TEST_F(DoModal, ShowsTheBoxAndGivesItsResult)
+TEST_F(CDialogDoModal, ShowsTheBoxAndGivesItsResult)
 {
     m_app.m_pMainWnd = &m_owner;
     for (const int button : {IDOK, IDCANCEL})
@@ -294,7 +294,7 @@ TEST_F(DoModal, ShowsTheBoxAndGivesItsResult)
     }
 }
 
-TEST_F(DoModal, DisablesTheOwnerUntilJustBeforeTheBoxGoes)
+TEST_F(CDialogDoModal, DisablesTheOwnerUntilJustBeforeTheBoxGoes)
 {
     m_app.m_pMainWnd = &m_owner;
     BOOL enabledAtCommand = TRUE;
@@ -326,7 +326,7 @@ TEST_F(DoModal, DisablesTheOwnerUntilJustBeforeTheBoxGoes)
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 
-TEST_F(DoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
+TEST_F(CDialogDoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
 {
     PlainWindow parent;
     m_app.m_pMainWnd = &m_owner;
@@ -338,7 +338,7 @@ TEST_F(DoModal, NamedParentOwnsTheBoxInsteadOfTheMainWindow)
     EXPECT_EQ(box.DoModal(), IDOK);
 }
 
-TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
+TEST_F(CDialogDoModal, MissingTemplateLeavesTheOwnerEnabled)
 {
     m_app.m_pMainWnd = &m_owner;
     EXPECT_EQ(TestDialog(999).DoModal(), -1);
@@ -347,7 +347,7 @@ TEST_F(DoModal, MissingTemplateLeavesTheOwnerEnabled)
 
 // Two boxes at once, as two commands in a row open them: the inner one runs in the outer one's
 // loop.
-TEST_F(DoModal, OwnerStaysDisabledUntilTheBoxThatDisabledItEnds)
+TEST_F(CDialogDoModal, OwnerStaysDisabledUntilTheBoxThatDisabledItEnds)
 {
     m_app.m_pMainWnd = &m_owner;
     TestDialog outer;
@@ -363,7 +363,7 @@ TEST_F(DoModal, OwnerStaysDisabledUntilTheBoxThatDisabledItEnds)
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 
-TEST_F(DoModal, OwnerStaysDisabledWhenTheOuterBoxIsClosedFirst)
+TEST_F(CDialogDoModal, OwnerStaysDisabledWhenTheOuterBoxIsClosedFirst)
 {
     m_app.m_pMainWnd = &m_owner;
     TestDialog outer;
@@ -386,7 +386,7 @@ TEST_F(DoModal, OwnerStaysDisabledWhenTheOuterBoxIsClosedFirst)
     EXPECT_TRUE(::IsWindowEnabled(m_owner.m_hWnd));
 }
 
-TEST_F(DoModal, RunsWithoutAnyOwner)
+TEST_F(CDialogDoModal, RunsWithoutAnyOwner)
 {
     TestDialog box;
     box.onInit = [&] { box.PostMessage(WM_COMMAND, IDCANCEL); };

@@ -136,10 +136,10 @@ protected:
     }
 };
 
-class ModalPlace : public WindowFixture
+class CenterWindowModal : public WindowFixture
 {
 protected:
-    ModalPlace() { Place(m_owner, {300, 200, 700, 500}); }
+    CenterWindowModal() { Place(m_owner, {300, 200, 700, 500}); }
 
     /// Whether a modal dialog of that template is shown over the owner's centre, to the pixel that
     /// an odd extent leaves.
@@ -154,25 +154,25 @@ protected:
     PlainWindow m_owner{WS_POPUP | WS_VISIBLE};
 };
 
-TEST_F(ModalPlace, IsOverTheOwnersCentreWhenTheTemplateGivesNone)
+TEST_F(CenterWindowModal, IsOverTheOwnersCentreWhenTheTemplateGivesNone)
 {
     EXPECT_TRUE(IsCentred(IDD_TEST));
     EXPECT_TRUE(IsCentred(IDD_CLASSIC));
 }
 
-TEST_F(ModalPlace, IsThatOfATemplateThatGivesOne)
+TEST_F(CenterWindowModal, IsThatOfATemplateThatGivesOne)
 {
     EXPECT_FALSE(IsCentred(IDD_PLACED));
     EXPECT_FALSE(IsCentred(IDD_CLASSIC_PLACED));
 }
 
-TEST_F(ModalPlace, IsLeftToATemplateThatIsVisibleByItself)
+TEST_F(CenterWindowModal, IsLeftToATemplateThatIsVisibleByItself)
 {
     EXPECT_FALSE(IsCentred(IDD_SHOWN));
 }
 
 // Only a modal one moves: the wait dialog appears where the platform puts it.
-TEST_F(ModalPlace, OfAModelessDialogIsThePlatforms)
+TEST_F(CenterWindowModal, OfAModelessDialogIsThePlatforms)
 {
     const HWND platforms = ::CreateDialogParamW(
         ::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_TEST), m_owner.m_hWnd,

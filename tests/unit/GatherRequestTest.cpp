@@ -29,7 +29,7 @@ void ExpectRequests(const std::vector<Row>& rows)
     }
 }
 
-TEST(Help, IsAskedForAnywhereInTheLine)
+TEST(GatherRequestHelp, IsAskedForAnywhereInTheLine)
 {
     const auto asks = [](const wchar_t* line) { return AsksForHelp(CommandLine(line)); };
     EXPECT_TRUE(asks(L"q -?"));
@@ -43,7 +43,7 @@ TEST(Help, IsAskedForAnywhereInTheLine)
     EXPECT_FALSE(asks(L""));
 }
 
-TEST(Switches, NothingIsSetWithoutSwitches)
+TEST(GatherRequestSwitches, NothingIsSetWithoutSwitches)
 {
     ExpectRequests({
         {L"", {}},
@@ -53,7 +53,7 @@ TEST(Switches, NothingIsSetWithoutSwitches)
     });
 }
 
-TEST(Switches, EachSwitchFillsItsField)
+TEST(GatherRequestSwitches, EachSwitchFillsItsField)
 {
     // clang-format off
     ExpectRequests({
@@ -74,7 +74,7 @@ TEST(Switches, EachSwitchFillsItsField)
     // clang-format on
 }
 
-TEST(Switches, LetterCaseCountsInValuesOnly)
+TEST(GatherRequestSwitches, LetterCaseCountsInValuesOnly)
 {
     ExpectRequests({
         {L"prog -KLA=MyClass -Nam=\"Mein Fenster\"",
@@ -89,7 +89,7 @@ TEST(Switches, LetterCaseCountsInValuesOnly)
     });
 }
 
-TEST(Switches, FirstOccurrenceCounts)
+TEST(GatherRequestSwitches, FirstOccurrenceCounts)
 {
     ExpectRequests({
         {L"q -kla=A -kla=B", {.windowClass = L"A"}},
@@ -101,7 +101,7 @@ TEST(Switches, FirstOccurrenceCounts)
     });
 }
 
-TEST(Switches, SwitchesAreFoundAnywhereInTheLine)
+TEST(GatherRequestSwitches, SwitchesAreFoundAnywhereInTheLine)
 {
     ExpectRequests({
         {L"q -nam=\"x -nodlg\"", {.windowText = L"x -nodlg", .noDialog = true}},
@@ -115,7 +115,7 @@ TEST(Switches, SwitchesAreFoundAnywhereInTheLine)
     });
 }
 
-TEST(Switches, ABlankBeforeTheDashIsRequired)
+TEST(GatherRequestSwitches, ABlankBeforeTheDashIsRequired)
 {
     ExpectRequests({
         {L"-nodlg", {}},
@@ -128,7 +128,7 @@ TEST(Switches, ABlankBeforeTheDashIsRequired)
     });
 }
 
-TEST(Switches, TextOfAFlagMayGoOn)
+TEST(GatherRequestSwitches, TextOfAFlagMayGoOn)
 {
     ExpectRequests({
         {L"q -nodlgxyz", {.noDialog = true}},
@@ -140,7 +140,7 @@ TEST(Switches, TextOfAFlagMayGoOn)
     });
 }
 
-TEST(Switches, ValueSwitchesNeedTheEqualsSign)
+TEST(GatherRequestSwitches, ValueSwitchesNeedTheEqualsSign)
 {
     ExpectRequests({
         {L"q -kla x", {}},
@@ -152,7 +152,7 @@ TEST(Switches, ValueSwitchesNeedTheEqualsSign)
     });
 }
 
-TEST(Switches, NumbersAreScanned)
+TEST(GatherRequestSwitches, NumbersAreScanned)
 {
     ExpectRequests({
         {L"q -msg=0x10", {.messageOffset = 16}},
@@ -173,7 +173,7 @@ TEST(Switches, NumbersAreScanned)
     });
 }
 
-TEST(Switches, TextsAreCut)
+TEST(GatherRequestSwitches, TextsAreCut)
 {
     ExpectRequests({
         {L"q -copydata=abc def", {.copyData = L"abc"}},
@@ -190,7 +190,7 @@ TEST(Switches, TextsAreCut)
     });
 }
 
-TEST(Switches, LongestLineIsReadToItsEnd)
+TEST(GatherRequestSwitches, LongestLineIsReadToItsEnd)
 {
     const std::wstring head = L"q -copydata=\"";
     const std::wstring tail = L"\" -msg=0x7f -nam=\"E";
@@ -201,7 +201,7 @@ TEST(Switches, LongestLineIsReadToItsEnd)
     EXPECT_EQ(request.windowText, L"E");
 }
 
-TEST(Switches, LongNumberIsNoTrouble)
+TEST(GatherRequestSwitches, LongNumberIsNoTrouble)
 {
     const std::wstring head = L"q -msg=";
     const std::wstring blanks(kLongestCommandLine - head.size() - 1, L' ');
@@ -210,7 +210,7 @@ TEST(Switches, LongNumberIsNoTrouble)
     EXPECT_EQ(RequestOf(head + zeros + L"7").messageOffset, 7);
 }
 
-TEST(UrlSettings, OverridesTheSwitchesFieldByField)
+TEST(GatherRequestUrl, OverridesTheSwitchesFieldByField)
 {
     // clang-format off
     ExpectRequests({
@@ -238,7 +238,7 @@ TEST(UrlSettings, OverridesTheSwitchesFieldByField)
     // clang-format on
 }
 
-TEST(UrlSettings, SetsFlagsAndNeverClearsThem)
+TEST(GatherRequestUrl, SetsFlagsAndNeverClearsThem)
 {
     ExpectRequests({
         {L"q -url=x?nodlg", {.noDialog = true}},
@@ -255,7 +255,7 @@ TEST(UrlSettings, SetsFlagsAndNeverClearsThem)
     });
 }
 
-TEST(UrlSettings, ReadsNumbersFromTheDecodedValue)
+TEST(GatherRequestUrl, ReadsNumbersFromTheDecodedValue)
 {
     ExpectRequests({
         {L"q -url=x?msg=1&msg=2", {.messageOffset = 1}},
@@ -284,7 +284,7 @@ TEST(UrlSettings, ReadsNumbersFromTheDecodedValue)
     });
 }
 
-TEST(UrlSettings, TrimsTextsAfterDecoding)
+TEST(GatherRequestUrl, TrimsTextsAfterDecoding)
 {
     using namespace std::string_literals;
     ExpectRequests({
@@ -307,7 +307,7 @@ TEST(UrlSettings, TrimsTextsAfterDecoding)
 }
 
 // What a link with a quote does to the command line that a handler's registration builds.
-TEST(UrlSettings, LeavesSwitchesAfterAQuoteInTheLink)
+TEST(GatherRequestUrl, LeavesSwitchesAfterAQuoteInTheLink)
 {
     ExpectRequests({
         {L"q -url=\"demo:x?msg=1\" -nodlg -kla=Other\"",

@@ -24,7 +24,7 @@ void ExpectParameters(const std::vector<UrlRow>& rows)
     }
 }
 
-TEST(UrlParameters, ComeFromTheFirstQuestionMarkThatSomethingFollows)
+TEST(ParseUrlParameters, ComeFromTheFirstQuestionMarkThatSomethingFollows)
 {
     ExpectParameters({
         {L"", {}},
@@ -44,7 +44,7 @@ TEST(UrlParameters, ComeFromTheFirstQuestionMarkThatSomethingFollows)
     });
 }
 
-TEST(UrlParameters, EndAtABlankOrAFragment)
+TEST(ParseUrlParameters, EndAtABlankOrAFragment)
 {
     ExpectParameters({
         {L"x?a=1#b=2&c=3", {{L"a", L"1"}}},
@@ -56,7 +56,7 @@ TEST(UrlParameters, EndAtABlankOrAFragment)
     });
 }
 
-TEST(UrlParameters, AreSeparatedByRunsOfAmpersandsAndSemicolons)
+TEST(ParseUrlParameters, AreSeparatedByRunsOfAmpersandsAndSemicolons)
 {
     ExpectParameters({
         {L"x?a;;b=1&&&c=2", {{L"a", L""}, {L"b", L"1"}, {L"c", L"2"}}},
@@ -69,7 +69,7 @@ TEST(UrlParameters, AreSeparatedByRunsOfAmpersandsAndSemicolons)
     });
 }
 
-TEST(UrlParameters, HaveKeysOfLettersDigitsAndUnderscores)
+TEST(ParseUrlParameters, HaveKeysOfLettersDigitsAndUnderscores)
 {
     ExpectParameters({
         {L"x?a-b=1", {}},
@@ -91,7 +91,7 @@ TEST(UrlParameters, HaveKeysOfLettersDigitsAndUnderscores)
 
 // Whether such a key is one is the standard library's decision. None is ever looked up, and nothing
 // else may suffer from it.
-TEST(UrlParameters, WithForeignLettersDoNotDisturbTheOthers)
+TEST(ParseUrlParameters, WithForeignLettersDoNotDisturbTheOthers)
 {
     for (const wchar_t* key : {L"\u00E4", L"\u00C4pfel", L"\u03B1\u03B2", L"\u4E2D", L"\u0663",
                                L"\xD83D\xDE00", L"\xD83D", L"\xFFFF"})
@@ -103,7 +103,7 @@ TEST(UrlParameters, WithForeignLettersDoNotDisturbTheOthers)
     }
 }
 
-TEST(UrlParameters, HaveEverythingAfterTheFirstEqualsSignAsValue)
+TEST(ParseUrlParameters, HaveEverythingAfterTheFirstEqualsSignAsValue)
 {
     ExpectParameters({
         {L"x?kla=a=b", {{L"kla", L"a=b"}}},
@@ -116,7 +116,7 @@ TEST(UrlParameters, HaveEverythingAfterTheFirstEqualsSignAsValue)
     });
 }
 
-TEST(UrlParameters, AreDecodedInTheirValues)
+TEST(ParseUrlParameters, AreDecodedInTheirValues)
 {
     using namespace std::string_literals;
     ExpectParameters({
@@ -126,7 +126,7 @@ TEST(UrlParameters, AreDecodedInTheirValues)
     });
 }
 
-TEST(UrlParameters, WithARawLineBreakInTheValueAreDropped)
+TEST(ParseUrlParameters, WithARawLineBreakInTheValueAreDropped)
 {
     ExpectParameters({
         {L"x?a=1\n2&b=3", {{L"b", L"3"}}},
@@ -139,7 +139,7 @@ TEST(UrlParameters, WithARawLineBreakInTheValueAreDropped)
     });
 }
 
-TEST(UrlParameters, KeepTheFirstOfEqualKeys)
+TEST(ParseUrlParameters, KeepTheFirstOfEqualKeys)
 {
     ExpectParameters({
         {L"x?msg=1&msg=2", {{L"msg", L"1"}}},
@@ -149,7 +149,7 @@ TEST(UrlParameters, KeepTheFirstOfEqualKeys)
     });
 }
 
-TEST(UrlParameters, WhoseDecodingRunsPastItsEndEndTheRun)
+TEST(ParseUrlParameters, WhoseDecodingRunsPastItsEndEndTheRun)
 {
     for (const wchar_t* url : {L"x?a=%", L"x?a=1&b=%41%", L"x?a=%&b=1", L"x?a=1&a=%"})
     {
