@@ -30,14 +30,6 @@ std::string ContentOf(const std::filesystem::path& file)
     return content.str();
 }
 
-void Replace(std::string& text, std::string_view from, std::string_view to)
-{
-    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
-    {
-        text.replace(at, from.size(), to);
-    }
-}
-
 Outcome RunInCmd(const std::wstring& commandLine)
 {
     wchar_t system[MAX_PATH];

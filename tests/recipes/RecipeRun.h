@@ -35,8 +35,6 @@ std::wstring ScratchPath(const wchar_t* name);
 
 std::string ContentOf(const std::filesystem::path& file);
 
-void Replace(std::string& text, std::string_view from, std::string_view to);
-
 /// Runs a command line as cmd does, with its output in a file.
 Outcome RunInCmd(const std::wstring& commandLine);
 

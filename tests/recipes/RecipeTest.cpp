@@ -6,6 +6,7 @@
 #include "tests/support/OpenByShell.h"
 #include "tests/support/Process.h"
 #include "tests/support/ProgramPath.h"
+#include "tests/support/Replace.h"
 #include "tests/support/ScriptedHost.h"
 
 #include <shellapi.h>

@@ -111,6 +111,7 @@ std::vector<Shape> HardShapes()
         {"one value", Fill(L"x?copydata=", L"v")},
         {"one value of foreign letters", Fill(L"x?copydata=", L"\u4E2D")},
         {"one key", Fill(L"x?", L"k")},
+        {"one key of foreign letters", Fill(L"x?", L"\u00E4")},
         {"one key, then no key", Fill(L"x?", L"k", L"-")},
         {"one key with a value", Fill(L"x?", L"k", L"=v")},
         {"one value, then a line break", Fill(L"x?copydata=", L"v", L"\n")},
