@@ -44,16 +44,25 @@ TEST_F(CopyDataDelivery, EncodingIsChosenByItsName)
         {L"aNsI", ansi},
         {L"UTF-8", utf8},
         {L"utf-8", utf8},
-        {L"Utf8", utf8},
+        {L"Utf-8", utf8},
         {L"UTF8", utf8},
+        {L"utf8", utf8},
+        {L"uTf8", utf8},
         {L"", utf16},
         {L"UNICODE", utf16},
         {L"unicode", utf16},
         {L"UTF-16", utf16},
         {L" ANSI", utf16}, // the name is compared whole
         {L"ANSI ", utf16},
+        {L" UTF-8", utf16},
+        {L"UTF-8 ", utf16},
         {L"UTF_8", utf16},
+        {L"UTF-", utf16},
+        {L"UTF-88", utf16},
+        {L"ANS", utf16},
+        {L"ANSII", utf16},
         {L"Latin1", utf16},
+        {L"65001", utf16},
     };
     // clang-format on
     for (const EncodingRow& row : rows)
