@@ -403,14 +403,6 @@ INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, ::testing::ValuesIn(kCanc
 
 class HarmlessAction : public InFront<WaitDialog>, public ::testing::WithParamInterface<UserAction>
 {
-protected:
-    void EndByActionAndKey(WORD key) const
-    {
-        EndBySteps([this, key] {
-            ASSERT_TRUE(ActInFront(dialog, [this] { GetParam().act(dialog); }));
-            PressKey(key);
-        });
-    }
 };
 
 TEST_P(HarmlessAction, KeepsTheDialogWaiting)
@@ -424,13 +416,10 @@ TEST_P(HarmlessAction, KeepsTheDialogWaiting)
 
 TEST_P(HarmlessAction, KeepsEnterACancel)
 {
-    EndByActionAndKey(VK_RETURN);
-    EXPECT_EQ(run.WaitForExit(), kResultCancelled);
-}
-
-TEST_P(HarmlessAction, KeepsExecuteACancel)
-{
-    EndByActionAndKey(VK_EXECUTE);
+    EndBySteps([this] {
+        ASSERT_TRUE(ActInFront(dialog, [this] { GetParam().act(dialog); }));
+        PressKey(VK_RETURN);
+    });
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
@@ -463,6 +452,6 @@ TEST_P(RandomActions, KeepEnterACancel)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled) << names;
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, RandomActions, ::testing::Range(0, 30));
+INSTANTIATE_TEST_SUITE_P(WaitDialog, RandomActions, ::testing::Range(0, 5));
 
 } // namespace

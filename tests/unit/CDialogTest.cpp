@@ -177,18 +177,25 @@ TEST_F(CDialogTest, FirstEndOfTheLoopWins)
     EXPECT_EQ(dialog.RunModalLoop(), IDOK);
 }
 
+/// Execute is another Enter.
+constexpr WPARAM kEnterKeys[] = {VK_RETURN, VK_EXECUTE};
+
 // Without a default push button at the focus the platform would ask for the default command by a
 // message of the dialog's own range.
 TEST_F(CDialogTest, EnterMeansTheButtonWithTheFocus)
 {
-    TestDialog dialog;
-    dialog.Create(IDD_TEST);
-    dialog.ShowWindow(SW_SHOW);
-    ::SetFocus(dialog.Control(IDOK));
-    ::SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_PUSHBUTTON, FALSE);
-    ::PostMessageW(dialog.Control(IDOK), WM_KEYDOWN, VK_RETURN, 0);
-    EXPECT_EQ(dialog.RunModalLoop(), IDOK);
-    EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
+    for (const WPARAM key : kEnterKeys)
+    {
+        SCOPED_TRACE(key);
+        TestDialog dialog;
+        dialog.Create(IDD_TEST);
+        dialog.ShowWindow(SW_SHOW);
+        ::SetFocus(dialog.Control(IDOK));
+        ::SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_PUSHBUTTON, FALSE);
+        ::PostMessageW(dialog.Control(IDOK), WM_KEYDOWN, key, 0);
+        EXPECT_EQ(dialog.RunModalLoop(), IDOK);
+        EXPECT_EQ(dialog.events, (Events{"load", "init", "save"}));
+    }
 }
 
 /// A control that notes for which keys it is asked what it takes.
@@ -224,25 +231,33 @@ TEST_F(CDialogTest, ControlWithTheFocusIsAskedWhatItTakesOfAnyKey)
 
 TEST_F(CDialogTest, EnterBesideTheButtonsMeansTheFirstOne)
 {
-    TestDialog dialog;
-    dialog.Create(IDD_TEST);
-    dialog.ShowWindow(SW_SHOW);
-    const HWND edit = dialog.Control(IDC_TEXT);
-    ::SetFocus(edit);
-    ::PostMessageW(edit, WM_KEYDOWN, VK_RETURN, 0);
-    EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
-    EXPECT_EQ(dialog.events, (Events{"load", "init"}));
+    for (const WPARAM key : kEnterKeys)
+    {
+        SCOPED_TRACE(key);
+        TestDialog dialog;
+        dialog.Create(IDD_TEST);
+        dialog.ShowWindow(SW_SHOW);
+        const HWND edit = dialog.Control(IDC_TEXT);
+        ::SetFocus(edit);
+        ::PostMessageW(edit, WM_KEYDOWN, key, 0);
+        EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
+        EXPECT_EQ(dialog.events, (Events{"load", "init"}));
+    }
 }
 
 TEST_F(CDialogTest, EnterWithoutAnyFocusMeansTheFirstButton)
 {
-    TestDialog dialog;
-    dialog.Create(IDD_TEST);
-    dialog.ShowWindow(SW_SHOW);
-    ::SetFocus(dialog.m_hWnd);
-    dialog.PostMessage(WM_KEYDOWN, VK_RETURN);
-    EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
-    EXPECT_EQ(dialog.events, (Events{"load", "init"}));
+    for (const WPARAM key : kEnterKeys)
+    {
+        SCOPED_TRACE(key);
+        TestDialog dialog;
+        dialog.Create(IDD_TEST);
+        dialog.ShowWindow(SW_SHOW);
+        ::SetFocus(dialog.m_hWnd);
+        dialog.PostMessage(WM_KEYDOWN, key);
+        EXPECT_EQ(dialog.RunModalLoop(), IDCANCEL);
+        EXPECT_EQ(dialog.events, (Events{"load", "init"}));
+    }
 }
 
 TEST_F(CDialogTest, TabMovesTheFocusAndEnterPressesAndNeitherGoesFurther)
