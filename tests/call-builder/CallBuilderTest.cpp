@@ -3,6 +3,7 @@
 #include <afxwin.h>
 
 #include "target/GlobMatch.h"
+#include "tests/support/CodePage.h"
 #include "tests/support/HexUnits.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
@@ -127,11 +128,7 @@ std::string ContentOf(const std::vector<Call>& calls, UINT codePage)
     std::string content;
     for (const Call& call : calls)
     {
-        std::string bytes(call.source.size() * 4, '\0');
-        bytes.resize(static_cast<size_t>(::WideCharToMultiByte(
-            codePage, 0, call.source.data(), static_cast<int>(call.source.size()), bytes.data(),
-            static_cast<int>(bytes.size()), nullptr, nullptr)));
-        content += bytes + "\r\n";
+        content += InCodePage(codePage, call.source) + "\r\n";
     }
     return content;
 }

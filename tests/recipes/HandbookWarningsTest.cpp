@@ -1,12 +1,12 @@
 // What the handbook warns callers of.
 #include "app/ResultCode.h"
 #include "tests/recipes/RecipeRun.h"
+#include "tests/support/CodePage.h"
 #include "tests/support/ProgramPath.h"
 #include "tests/support/QuilletRun.h"
 
 #include <fstream>
 #include <string>
-#include <string_view>
 
 namespace
 {
@@ -50,23 +50,10 @@ TEST_F(HandbookWarnings, SwitchInsideQuotesIsNotFound)
 
 constexpr wchar_t kUmlauts[] = L"Gr\u00F6\u00DFe";
 
-std::string InCodePage(UINT codePage, const std::wstring& text)
-{
-    std::string bytes(text.size() * 3, '\0'); // the most that a unit can take
-    const int size =
-        ::WideCharToMultiByte(codePage, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                              static_cast<int>(bytes.size()), nullptr, nullptr);
-    bytes.resize(static_cast<size_t>(size));
-    return bytes;
-}
-
 /// Whether nothing is lost on the way there and back.
 bool HasUmlauts(UINT codePage)
 {
-    const std::string bytes = InCodePage(codePage, kUmlauts);
-    wchar_t text[16]{};
-    ::MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text, 15);
-    return std::wstring_view(text) == kUmlauts;
+    return FromCodePage(codePage, InCodePage(codePage, kUmlauts)) == kUmlauts;
 }
 
 /// A batch file that sends a text with umlauts, saved in a code page.

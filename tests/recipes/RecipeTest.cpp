@@ -1,6 +1,7 @@
 // The recipes that the handbook shows, run from their files against a host window.
 #include "app/ResultCode.h"
 #include "tests/recipes/RecipeRun.h"
+#include "tests/support/CodePage.h"
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/MarkOfTheWeb.h"
 #include "tests/support/OpenByShell.h"
@@ -8,6 +9,7 @@
 #include "tests/support/ProgramPath.h"
 #include "tests/support/Replace.h"
 #include "tests/support/ScriptedHost.h"
+#include "tests/support/Utf8.h"
 
 #include <shellapi.h>
 
@@ -20,12 +22,10 @@ namespace
 /// Writes UTF-8 as UTF-16 with its mark, the one form in which registry files can name any path.
 void WriteAsUtf16(const std::wstring& file, const std::string& utf8)
 {
-    std::wstring text(utf8.size() + 1, L'\xFEFF');
-    const int size = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()),
-                                           &text[1], static_cast<int>(utf8.size()));
+    const std::wstring text = L'\xFEFF' + FromCodePage(CP_UTF8, utf8);
     std::ofstream(std::filesystem::path(file), std::ios::binary)
         .write(reinterpret_cast<const char*>(text.data()),
-               (size + 1) * static_cast<std::streamsize>(sizeof(wchar_t)));
+               static_cast<std::streamsize>(text.size() * sizeof(wchar_t)));
 }
 
 /// A registry file of the recipe, with the program's path as its user has to put it in, taken into
@@ -33,8 +33,7 @@ void WriteAsUtf16(const std::wstring& file, const std::string& utf8)
 void ImportWithPath(const wchar_t* name)
 {
     std::string content = ContentOf(RecipePath(name));
-    const std::u8string utf8 = BuiltProgram(L"quillet.exe").u8string();
-    std::string path(utf8.begin(), utf8.end());
+    std::string path = Utf8(BuiltProgram(L"quillet.exe").wstring());
     Replace(path, "\\", R"(\\)");
     Replace(content, R"(C:\\Program Files\\Quillet\\quillet.exe)", path);
     // Wine looks for schemes among the machine's classes only, Windows among the user's as well.
