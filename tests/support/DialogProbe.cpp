@@ -44,6 +44,16 @@ bool WaitForInput(HWND dialog)
     return pushed && released;
 }
 
+HWND WaitForBox(DWORD processId, const wchar_t* caption)
+{
+    HWND box = nullptr;
+    const bool shown = WaitUntil([&] {
+        box = FindProcessWindow(processId, L"#32770", caption);
+        return box != nullptr && ::IsWindowVisible(box);
+    });
+    return shown && WaitForPostedMessages(box) ? box : nullptr;
+}
+
 bool OpenSystemMenu(HWND dialog)
 {
     // What is posted overtakes keys and mouse, which would then work the menu.

@@ -13,6 +13,10 @@ bool WaitForPostedMessages(HWND dialog);
 /// Leaves the focus on the button.
 bool WaitForInput(HWND dialog);
 
+/// The process's box of the platform's dialog class with this caption (null: any), once it is shown
+/// and its loop handles what is posted. Null when that never is.
+HWND WaitForBox(DWORD processId, const wchar_t* caption);
+
 /// Opens the dialog's system menu by the command that Alt+Space gives, after all input before, and
 /// waits until it is open; the keys themselves are not used, since Alt may be let go in between
 /// (see RealInput.h) and space alone presses the button. False when it does not open.

@@ -16,11 +16,7 @@ protected:
     void GiveSystemCommand(WPARAM command) const { Post(WM_SYSCOMMAND, command); }
     HWND Box() const { return FindProcessWindow(run.Id(), L"#32770", L"Info über Quillet"); }
     /// The box, once it waits for its user, and the dialog disabled behind it.
-    HWND WaitForBox() const
-    {
-        const bool shown = WaitUntil([&] { return ::IsWindowVisible(Box()) != FALSE; });
-        return shown && WaitForPostedMessages(Box()) ? Box() : nullptr;
-    }
+    HWND WaitForBox() const { return ::WaitForBox(run.Id(), L"Info über Quillet"); }
     HWND OpenBox() const
     {
         GiveSystemCommand(IDM_ABOUTBOX);

@@ -19,17 +19,6 @@ namespace
 class Help : public ::testing::Test
 {
 protected:
-    /// The box, once it waits for its user.
-    static HWND WaitForBox(const Process& run)
-    {
-        HWND box = nullptr;
-        const bool shown = WaitUntil([&] {
-            box = FindProcessWindow(run.Id(), L"#32770", L"Orvane");
-            return box != nullptr && ::IsWindowVisible(box);
-        });
-        return shown && WaitForPostedMessages(box) ? box : nullptr;
-    }
-
     static std::wstring TextOfControl(HWND box, int id)
     {
         std::wstring text(kLongestCommandLine + 2000, L'\0');
@@ -49,7 +38,7 @@ TEST_F(Help, WinsOverEverythingElse)
     const std::wstring arguments = L" -nodlg -activatewindow -seaglob -nam=\"what -?\" -kla=" +
                                    host.ClassName() + L" -copydata=abc -url=x?nam=%";
     const QuilletRun run(arguments);
-    const HWND box = WaitForBox(run);
+    const HWND box = WaitForBox(run.Id(), L"Orvane");
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(run.Dialog(), nullptr);
     EXPECT_EQ(::GetWindow(box, GW_OWNER), nullptr);
@@ -77,7 +66,7 @@ TEST_F(Help, WinsOverEverythingElse)
 TEST_F(Help, HasOneButtonAndAnIcon)
 {
     const QuilletRun run(L" -?");
-    const HWND box = WaitForBox(run);
+    const HWND box = WaitForBox(run.Id(), L"Orvane");
     ASSERT_NE(box, nullptr);
     int buttons = 0;
     int icons = 0;
@@ -101,7 +90,7 @@ TEST_F(Help, OfTheLongestLineIsShownWhole)
 {
     const std::wstring line = LongestLine(L"q -? ", L"");
     const Process run(BuiltProgram(L"quillet.exe"), line);
-    const HWND box = WaitForBox(run);
+    const HWND box = WaitForBox(run.Id(), L"Orvane");
     ASSERT_NE(box, nullptr);
     EXPECT_TRUE(TextOfControl(box, kTextId).starts_with(line + L"\n\n  -?"));
     ::PostMessageW(box, WM_CLOSE, 0, 0);

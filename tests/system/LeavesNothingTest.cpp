@@ -64,35 +64,24 @@ public:
         : Process(folder.Program(), L"quillet.exe" + arguments)
     {
     }
-
-    /// The box of the platform's dialog class with this caption, once it waits for its user.
-    HWND WaitForBox(const wchar_t* caption) const
-    {
-        HWND box = nullptr;
-        const bool there = WaitUntil([&] {
-            box = FindProcessWindow(Id(), L"#32770", caption);
-            return box != nullptr && ::IsWindowVisible(box);
-        });
-        return there && WaitForPostedMessages(box) ? box : nullptr;
-    }
 };
 
 void JustWait(const RunOfCopy&) {}
 
 void Cancel(const RunOfCopy& run)
 {
-    ::PostMessageW(run.WaitForBox(kWaitDialogCaption), WM_COMMAND, IDCANCEL, 0);
+    ::PostMessageW(WaitForBox(run.Id(), kWaitDialogCaption), WM_COMMAND, IDCANCEL, 0);
 }
 
 void CloseHelp(const RunOfCopy& run)
 {
-    ::PostMessageW(run.WaitForBox(L"Orvane"), WM_COMMAND, IDOK, 0);
+    ::PostMessageW(WaitForBox(run.Id(), L"Orvane"), WM_COMMAND, IDOK, 0);
 }
 
 void LookAtTheAboutBoxAndCancel(const RunOfCopy& run)
 {
-    ::PostMessageW(run.WaitForBox(kWaitDialogCaption), WM_SYSCOMMAND, IDM_ABOUTBOX, 0);
-    ::PostMessageW(run.WaitForBox(L"Info über Quillet"), WM_COMMAND, IDOK, 0);
+    ::PostMessageW(WaitForBox(run.Id(), kWaitDialogCaption), WM_SYSCOMMAND, IDM_ABOUTBOX, 0);
+    ::PostMessageW(WaitForBox(run.Id(), L"Info über Quillet"), WM_COMMAND, IDOK, 0);
     Cancel(run);
 }
 

@@ -60,16 +60,6 @@ private:
     std::filesystem::path m_path;
 };
 
-HWND WaitForDialogOf(const Process& process)
-{
-    HWND dialog = nullptr;
-    WaitUntil([&] {
-        dialog = FindProcessWindow(process.Id(), L"#32770", nullptr);
-        return ::IsWindowVisible(dialog) != FALSE || !process.IsRunning();
-    });
-    return dialog;
-}
-
 std::wstring CommandLine(const std::filesystem::path& program, const std::wstring& arguments)
 {
     return L'"' + program.wstring() + L'"' + arguments;
@@ -91,8 +81,8 @@ TEST(PlantedLibraries, DoNotDisturbADialogThatIsShownAndCancelled)
     const PlantedFolder folder;
     const auto program = folder.Copy(L"quillet.exe");
     const Process run(program, CommandLine(program, L""));
-    const HWND dialog = WaitForDialogOf(run);
-    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    const HWND dialog = WaitForBox(run.Id(), kWaitDialogCaption);
+    ASSERT_NE(dialog, nullptr);
     ::PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }

@@ -117,12 +117,8 @@ TEST(Switches, AfterATabIsNoSwitch)
 TEST(Switches, FirstInTheLineNeedsABlankBeforeIt)
 {
     const Process run(BuiltProgram(L"quillet.exe"), L"-nodlg");
-    HWND dialog = nullptr;
-    ASSERT_TRUE(WaitUntil([&] {
-        dialog = FindProcessWindow(run.Id(), L"#32770", kWaitDialogCaption);
-        return dialog != nullptr;
-    }));
-    ASSERT_TRUE(WaitForPostedMessages(dialog));
+    const HWND dialog = WaitForBox(run.Id(), kWaitDialogCaption);
+    ASSERT_NE(dialog, nullptr);
     ::PostMessageW(dialog, WM_CLOSE, 0, 0);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
