@@ -13,7 +13,6 @@
 namespace
 {
 
-constexpr wchar_t kHostClass[] = L"QuilletBeispielHost";
 constexpr wchar_t kDialogClass[] = L"#32770";
 constexpr UINT kHostAnswer = WM_USER + 2; // what the example host answers
 constexpr WPARAM kHostButton = 1;

@@ -8,8 +8,6 @@ namespace
 
 using HostRecipes = Recipe;
 
-constexpr wchar_t kHostClass[] = L"QuilletBeispielHost";
-
 TEST_F(HostRecipes, HostIsFoundRunningWithoutBeingTroubled)
 {
     const RecipeHost host;

@@ -43,7 +43,7 @@ Outcome RunInCmd(const std::wstring& commandLine)
 }
 
 RecipeHost::RecipeHost(Script script)
-    : ScriptedHost({L"QuilletBeispielHost", L"Beispiel-Host"}, std::move(script))
+    : ScriptedHost({kHostClass, L"Beispiel-Host"}, std::move(script))
 {
 }
 

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+/// The window class of the host that the recipes name; the example host has it.
+inline constexpr wchar_t kHostClass[] = L"QuilletBeispielHost";
 /// What the host of the recipes answers.
 inline constexpr UINT kAnswer = 42;
 /// The text that most recipes send.
