@@ -2,7 +2,8 @@
 set(output ${CPACK_TOPLEVEL_DIRECTORY}/${CPACK_PACKAGE_FILE_NAME})
 execute_process(
   COMMAND ${CPACK_QUILLET_PYTHON} -B ${CMAKE_CURRENT_LIST_DIR}/make_packages.py
-    ${CPACK_TEMPORARY_DIRECTORY} ${CPACK_PACKAGE_VERSION} ${CPACK_QUILLET_RELEASE_DATE} ${output}
+    ${CPACK_TEMPORARY_DIRECTORY} ${CPACK_PACKAGE_VERSION} ${CPACK_QUILLET_RELEASE_DATE}
+    ${output}.zip ${output}.msi
   COMMAND_ERROR_IS_FATAL ANY)
 execute_process(
   COMMAND ${CPACK_QUILLET_PYTHON} -B ${CMAKE_CURRENT_LIST_DIR}/make_sbom.py
@@ -19,9 +20,13 @@ endif()
 set(CPACK_EXTERNAL_BUILT_PACKAGES ${output}.zip ${output}.msi ${output}.cdx.json)
 if(CPACK_QUILLET_SELFTEST_NAME)
   set(selftest ${CPACK_TOPLEVEL_DIRECTORY}/${CPACK_QUILLET_SELFTEST_NAME})
+  file(REMOVE_RECURSE ${selftest})
   execute_process(
-    COMMAND ${CPACK_QUILLET_PYTHON} -B ${CMAKE_CURRENT_LIST_DIR}/make_selftest.py
-      ${CPACK_QUILLET_ROOT} ${CPACK_QUILLET_BUILD} ${CPACK_QUILLET_RELEASE_DATE} ${selftest}
+    COMMAND ${CMAKE_COMMAND} --install ${CPACK_QUILLET_BUILD} --component selftest --prefix ${selftest}
+    OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(
+    COMMAND ${CPACK_QUILLET_PYTHON} -B ${CMAKE_CURRENT_LIST_DIR}/make_packages.py
+      ${selftest} ${CPACK_PACKAGE_VERSION} ${CPACK_QUILLET_RELEASE_DATE} ${selftest}.zip
     COMMAND_ERROR_IS_FATAL ANY)
   list(APPEND CPACK_EXTERNAL_BUILT_PACKAGES ${selftest}.zip)
 endif()

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the packages from a folder with what they carry:
+"""Makes packages from a folder with what they carry:
 
-    make_packages.py FOLDER VERSION DATE OUTPUT
+    make_packages.py FOLDER VERSION DATE OUTPUT…
 
-FOLDER gets the file SHA256SUMS; then OUTPUT.zip and OUTPUT.msi hold the same files. VERSION is year.number.patch, DATE
+FOLDER gets the file SHA256SUMS; then each OUTPUT, a .zip or an .msi, holds the same files. VERSION is year.number.patch, DATE
 (YYYY-MM-DD) the time of every file: the same content gives the same bytes, whenever and wherever it is packed.
 """
 import datetime
@@ -36,12 +36,15 @@ def write_zip(folder, date, output):
             package.writestr(entry, (folder / name).read_bytes())
 
 
-def main(folder, version, date, output):
+def main(folder, version, date, *outputs):
     folder = Path(folder).resolve()
     time = datetime.datetime.fromisoformat(date).replace(tzinfo=datetime.timezone.utc)
     write_checksums(folder)
-    write_zip(folder, time, Path(output + ".zip"))
-    write_msi(folder, version, time, Path(output + ".msi"))
+    for output in map(Path, outputs):
+        if output.suffix == ".msi":
+            write_msi(folder, version, time, output)
+        else:
+            write_zip(folder, time, output)
 
 
 if __name__ == "__main__":

@@ -64,7 +64,7 @@ class WithFolder(unittest.TestCase):
         """Makes packages of a folder's content; returns the MSI."""
         import make_packages
         date = date_of_zip() if version == VERSION else "2025-12-01"
-        make_packages.main(str(content), version, date, str(self.folder / output))
+        make_packages.main(str(content), version, date, *(f"{self.folder / output}.{kind}" for kind in ("zip", "msi")))
         return self.folder / f"{output}.msi"
 
 
