@@ -19,8 +19,6 @@ from pathlib import Path
 ROOT = Path(sys.argv[1]).resolve()
 BLOCK = re.compile(r"^<!-- (?:one line|function): (\w+) -->\n```\w+\n(.*?)\n```$", re.MULTILINE | re.DOTALL)
 GUIDES = ("docs/host-leitfaden.md", "docs/host-guide.md")
-
-
 # What a lenient decoder takes: not enough digits, padding, blanks, digits of plain base64, bits after the last byte that are
 # not zero; and bytes that are no UTF-8.
 NO_BASE64URL = ("Z", "Zm9vZ", "Zg==", "Zg=", "Zm 9v", "Zm9v\n", " Zm9v", "Pz8/", "Pz8+", "Zm9v?", "ä", "Zh", "Zm9=", "_w", "w6", "wIA")
@@ -54,14 +52,11 @@ static class OneLine
 
     static void Main()
     {
-        for (string line = Console.ReadLine(); line != null; line = Console.ReadLine())
+        foreach (string text in new[] %s)
         {
-            string text = Encoding.Unicode.GetString(Convert.FromBase64String(line));
-            string result;
-            try { result = Convert.ToBase64String(Encoding.Unicode.GetBytes(%s)); }
-            catch (ArgumentException) { result = "refused"; }
-            catch (FormatException) { result = "refused"; }
-            Console.WriteLine(result);
+            try { Console.WriteLine(Convert.ToBase64String(Encoding.Unicode.GetBytes(%s))); }
+            catch (ArgumentException) { Console.WriteLine("refused"); }
+            catch (FormatException) { Console.WriteLine("refused"); }
         }
     }
 }
@@ -72,10 +67,10 @@ def evaluate_in_csharp(expression, texts, function=""):
     """The results; None for a text that is refused."""
     with tempfile.TemporaryDirectory() as folder:
         source, program = Path(folder) / "OneLine.cs", Path(folder) / "OneLine.exe"
-        source.write_text(CSHARP % (function, expression), encoding="utf-8")
+        # C# reads the texts as JSON writes them, each unit beyond ASCII by its number.
+        source.write_text(CSHARP % (function, "{%s}" % json.dumps(texts)[1:-1], expression), encoding="utf-8")
         subprocess.run(["mcs", "-langversion:5", "-warnaserror", f"-out:{program}", source], check=True)
-        lines = "".join(base64.b64encode(text.encode("utf-16-le")).decode() + "\n" for text in texts)
-        run = subprocess.run(["mono", program], input=lines, capture_output=True, check=True, encoding="ascii")
+        run = subprocess.run(["mono", program], capture_output=True, check=True, encoding="ascii")
     return [None if line == "refused" else base64.b64decode(line).decode("utf-16-le") for line in run.stdout.split("\n")[:-1]]
 
 

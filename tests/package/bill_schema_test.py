@@ -8,29 +8,21 @@ import json
 import sys
 from pathlib import Path
 
-SKIPPED = 77
+schemas, bill = Path(sys.argv[1]), json.loads(Path(sys.argv[2]).read_text(encoding="utf-8"))
+if not schemas.is_dir():
+    print(f"skipped: {schemas} is not there, see scripts/lib/sbom_schema.sh")
+    sys.exit(77)
+
+import fastjsonschema  # noqa: E402
 
 
-def main(schemas, bill):
-    schemas, content = Path(schemas), json.loads(Path(bill).read_text(encoding="utf-8"))
-    if not schemas.is_dir():
-        print(f"skipped: {schemas} is not there, see scripts/lib/sbom_schema.sh")
-        return SKIPPED
-    import fastjsonschema
-
-    def schema(address):
-        """The schemas refer to each other as neighbours on the web; here they are neighbours in a folder."""
-        return json.loads((schemas / address.rpartition("/")[2]).read_text(encoding="utf-8"))
-
-    validate = fastjsonschema.compile(schema(f"bom-{content['specVersion']}.SNAPSHOT.schema.json"),
-                                      handlers={"http": schema, "https": schema})
-    try:
-        validate(content)
-    except fastjsonschema.JsonSchemaValueException as fault:
-        print(str(fault)[:500])
-        return 1
-    return 0
+def schema(address):
+    """The schemas refer to each other as neighbours on the web; here they are neighbours in a folder."""
+    return json.loads((schemas / address.rpartition("/")[2]).read_text(encoding="utf-8"))
 
 
-if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+name = f"bom-{bill['specVersion']}.SNAPSHOT.schema.json"
+try:
+    fastjsonschema.compile(schema(name), handlers={"http": schema, "https": schema})(bill)
+except fastjsonschema.JsonSchemaValueException as fault:
+    sys.exit(str(fault)[:500])
