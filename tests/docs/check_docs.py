@@ -14,11 +14,11 @@ import re
 import sys
 from pathlib import Path
 
-FENCE = re.compile(r"^(```+)")
-FILE_MARK = re.compile(r"^<!-- (file|lines of): (\S+) -->$")
+MARK = re.compile(r"<!-- (file|lines of): (\S+) -->$")
+BLOCK = re.compile(rf"^(?:{MARK.pattern}\n)?^(```+).*\n((?s:.*?))^\3", re.MULTILINE)
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`]+)`")
-HEADING = re.compile(r"^#+ +(.*?) *$")
+HEADING = re.compile(r"^#+ +(.*?) *$", re.MULTILINE)
 PATH = re.compile(r"(?:\./)?((?:\.ci|app|bench|cmake|delivery|docs|examples|framework|packaging|res|runtime|scripts|"
                   r"target|tests)/[\w./*-]*[\w/*-])")
 WORKFLOW = ".github/workflows/ci.yml"
@@ -34,23 +34,9 @@ def documents(root):
             yield path
 
 
-def split(lines):
-    """Yields (line number, line or None, block or None): a block is (mark, list of lines), a mark (how much, path)."""
-    mark, index = None, 0
-    while index < len(lines):
-        line = lines[index]
-        fence = FENCE.match(line)
-        if fence:
-            end = next((i for i in range(index + 1, len(lines)) if lines[i].startswith(fence[1])), len(lines))
-            yield index + 1, None, (mark, lines[index + 1:end])
-            mark, index = None, end + 1
-            continue
-        found = FILE_MARK.match(line)
-        mark = found.groups() if found else None
-        yield index + 1, line, None
-        index += 1
-    if mark:
-        yield len(lines), None, (mark, None)
+def prose(text):
+    """The text with an empty line for each line of its blocks."""
+    return BLOCK.sub(lambda block: "\n" * block[0].count("\n"), text)
 
 
 def anchor(heading):
@@ -60,28 +46,18 @@ def anchor(heading):
 
 
 def anchors(path):
-    lines = path.read_text(encoding="utf-8").splitlines()
-    return {anchor(found[1]) for _, line, _ in split(lines) if line and (found := HEADING.match(line))}
+    return set(map(anchor, HEADING.findall(prose(path.read_text(encoding="utf-8")))))
 
 
-def shows(block, lines, whole):
-    """Whether a block shows these lines, or some of them that follow each other."""
-    if not block or whole:
-        return block == lines
-    return any(lines[start:start + len(block)] == block for start in range(len(lines)))
-
-
-def check_block(root, mark, block):
-    if mark:
-        extent, name = mark
-        path = root / name
-        if not path.is_file():
-            yield f"shows {name}, which does not exist"
-        elif not shows(block, path.read_text(encoding="utf-8").splitlines(), extent == "file"):
-            yield f"does not show {name} as it is"
+def check_block(root, extent, name, block):
+    if not extent:
+        yield from check_paths(root, re.findall(r"(?:^|\s)(\./\S+)", block))
+    elif not (root / name).is_file():
+        yield f"shows {name}, which does not exist"
     else:
-        for line in block:
-            yield from check_paths(root, re.findall(r"(?:^|\s)(\./\S+)", line))
+        lines = "\n".join(["", *(root / name).read_text(encoding="utf-8").splitlines(), ""])
+        if not block or (f"\n{block}" != lines if extent == "file" else f"\n{block}" not in lines):
+            yield f"does not show {name} as it is"
 
 
 def check_link(root, document, target):
@@ -114,17 +90,21 @@ def check_workflow(root):
         yield f"{WORKFLOW}: {fault}"
 
 
+def check_line(root, document, line):
+    if MARK.match(line):
+        yield "has a mark without a block"
+    for target in LINK.findall(CODE.sub("", line)):
+        yield from check_link(root, document, target)
+    yield from check_paths(root, " ".join(CODE.findall(line)).split())
+
+
 def check(root, document):
-    for number, line, block in split(document.read_text(encoding="utf-8").splitlines()):
-        if block:
-            faults = check_block(root, *block)
-        else:
-            words = [word for code in CODE.findall(line) for word in code.split()]
-            faults = [fault for target in LINK.findall(CODE.sub("", line))
-                      for fault in check_link(root, document, target)]
-            faults += check_paths(root, words)
-        for fault in faults:
-            yield f"{document.relative_to(root)}:{number}: {fault}"
+    text = document.read_text(encoding="utf-8")
+    faults = [(text.count("\n", 0, block.start(3)) + 1, fault)
+              for block in BLOCK.finditer(text) for fault in check_block(root, *block.group(1, 2, 4))]
+    faults += [(number, fault) for number, line in enumerate(prose(text).splitlines(), 1)
+               for fault in check_line(root, document, line)]
+    return [f"{document.relative_to(root)}:{number}: {fault}" for number, fault in sorted(faults)]
 
 
 def main(root):
