@@ -35,62 +35,54 @@ struct Program
     double aim = 1 + kTolerance;
 };
 
-Process Start(const Program& program)
+struct Measured
 {
-    return {BuiltProgram(program.file), program.file + program.arguments};
-}
+    double milliseconds;
+    double peakMegabytes;
+};
 
-void RequireEnd(const Process& process, int code)
+/// From the start to the end of a program that asks nobody, or from the answer to the end of one
+/// whose dialog waits for it.
+Measured Measure(const Program& program, bool waits)
 {
-    if (process.WaitForExit() != code)
+    constexpr double kMegabyte = 1e6;
+    constexpr int kAnswer = 5;
+    auto begin = Clock::now();
+    const Process process(BuiltProgram(program.file), program.file + program.arguments);
+    PROCESS_MEMORY_COUNTERS counters{};
+    if (waits)
+    {
+        HWND dialog = nullptr;
+        WaitUntil([&] { return (dialog = FindProcessWindow(process.Id(), L"#32770", nullptr)); });
+        WaitUntil([&] { return ::IsWindowVisible(dialog) && ::GetForegroundWindow() == dialog; });
+        ::WaitForInputIdle(process.Handle(), INFINITE);
+        counters.cb = sizeof(counters);
+        ::GetProcessMemoryInfo(process.Handle(), &counters, sizeof(counters));
+        begin = Clock::now();
+        ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
+    }
+    if (process.WaitForExit() != (waits ? kAnswer : -1))
     {
         std::fprintf(stderr, "a measured program did not end as it should\n");
         std::exit(1);
     }
+    return {Milliseconds(Clock::now() - begin).count(),
+            static_cast<double>(counters.PeakWorkingSetSize) / kMegabyte};
 }
 
 double WholeRun(const Program& program)
 {
-    const auto begin = Clock::now();
-    const Process process = Start(program);
-    RequireEnd(process, -1);
-    return Milliseconds(Clock::now() - begin).count();
-}
-
-constexpr int kAnswer = 5;
-
-/// The dialog of a process that shows it and waits.
-HWND WaitingDialog(const Process& process)
-{
-    HWND dialog = nullptr;
-    WaitUntil(
-        [&] { return (dialog = FindProcessWindow(process.Id(), L"#32770", nullptr)) != nullptr; });
-    WaitUntil([&] { return ::IsWindowVisible(dialog) && ::GetForegroundWindow() == dialog; });
-    ::WaitForInputIdle(process.Handle(), INFINITE);
-    return dialog;
+    return Measure(program, false).milliseconds;
 }
 
 double AnswerToEnd(const Program& program)
 {
-    const Process process = Start(program);
-    const HWND dialog = WaitingDialog(process);
-    const auto begin = Clock::now();
-    ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
-    RequireEnd(process, kAnswer);
-    return Milliseconds(Clock::now() - begin).count();
+    return Measure(program, true).milliseconds;
 }
 
 double PeakMegabytes(const Program& program)
 {
-    constexpr double kMegabyte = 1e6;
-    const Process process = Start(program);
-    const HWND dialog = WaitingDialog(process);
-    PROCESS_MEMORY_COUNTERS counters{};
-    counters.cb = sizeof(counters);
-    ::GetProcessMemoryInfo(process.Handle(), &counters, sizeof(counters));
-    ::PostMessageW(dialog, WM_USER + kAnswer, 0, 0);
-    RequireEnd(process, kAnswer);
-    return static_cast<double>(counters.PeakWorkingSetSize) / kMegabyte;
+    return Measure(program, true).peakMegabytes;
 }
 
 double Median(std::vector<double> values)
