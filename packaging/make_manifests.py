@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Writes what package managers want to know of the packages: make_manifests.py PACKAGES VERSION DATE ADDRESS OUTPUT
 
 PACKAGES has the finished ZIP and MSI, signed if they are to be: their hashes go into the manifests. ADDRESS is the

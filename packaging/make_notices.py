@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Writes the notices that have to go with the programs: make_notices.py OUTPUT MAP…
 
 MAP is a linker's map. OUTPUT gets, for each Debian package of which something is in one of the programs, its libraries

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Makes packages from a folder with what they carry:
 
     make_packages.py FOLDER VERSION DATE OUTPUT…

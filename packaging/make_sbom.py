@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Writes what the programs consist of, as CycloneDX JSON: make_sbom.py FOLDER VERSION DATE COMPILER OUTPUT MAP…
 
 FOLDER has the programs as they are packed; MAP is a linker's map. The programs with their hashes, the Debian packages of which

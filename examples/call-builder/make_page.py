@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Makes the one file that is passed on: make_page.py PAGE OUTPUT
 
 Puts the style and the scripts that PAGE names into it, with a content policy that allows these and nothing else.

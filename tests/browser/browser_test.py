@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Clicks the links of examples/url-scheme/links.html in Chromium: browser_test.py ROOT BUILD, on a desktop.
 
 The whole way: a real click, the browser, the desktop's handler for the scheme, the registration (examples/url-scheme/register.reg)

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Works the page that builds calls in Chromium, from a folder: call_builder_test.py ROOT BUILD [PICTURES]
 
 Fills in, copies, and compares with what the page's functions write under node. Everything goes through the browser's own driver,

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What the tests stand on, on a desktop: desktop_test.py BUILD PROBE-PROGRAM"""
 import json
 import os

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Checks what the documents promise about this repository: check_docs.py ROOT
 
 - A code block under a line `<!-- file: PATH -->` shows that file, whole and verbatim (line ends do not count); one under

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """That check_docs.py finds what it looks for, and nothing else."""
 import tempfile
 import unittest

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Checks who includes whom: check_rooms.py ROOT
 
 - A folder includes of the project's files only those that docs/architecture.md allows it: the third column of its table under

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Runs the encoders and decoders of base64url that the documents show: one_liners_test.py ROOT
 
 A block under a line `<!-- one line: LANGUAGE -->` is an expression of `text`: so the handbook encodes. One under

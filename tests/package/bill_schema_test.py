@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Checks the bill of materials against CycloneDX's own JSON schema: bill_schema_test.py SCHEMAS BILL
 
 SCHEMAS is the folder into which scripts/lib/sbom_schema.sh puts the schemas. No Debian package has them, so without that

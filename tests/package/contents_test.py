@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What the packages hold, and what is told of it: contents_test.py ROOT PACKAGES VERSION"""
 import functools
 import hashlib

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What package managers are told: manifests_test.py ROOT PACKAGES VERSION
 
 No Debian package has their schemas; the fields stand in packaging/make_manifests.py as their public documentation asks for

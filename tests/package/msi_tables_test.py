@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What the MSI's tables say, and that they are always made alike: msi_tables_test.py ROOT PACKAGES VERSION
 
 Wine shows much of what the installer makes of the tables, but not all: no sentence of a refused installation, for one.

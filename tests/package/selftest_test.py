@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """The self-test kit, unpacked far from any build and run: selftest_test.py ROOT PACKAGES VERSION, on a desktop.
 
 The whole kit takes minutes, and its tests run in this build anyway: here each program runs a share of its tests.

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Translates and runs the samples of examples/ as far as a machine without Windows can: samples_test.py ROOT
 
 C# needs mcs, Pascal fpc; what is not there is skipped. (The C++ host is built and runs in the tests of the recipes.)
