@@ -28,8 +28,9 @@ packages_signing=(osslsigncode)
 # Checking format and style; and a compiler with Visual C++'s mode, headers of the platform and of a C++ library for it.
 packages_lint=(clang-format-19 clang-tidy-19 shellcheck clang-19 libwine-dev libc++-19-dev)
 
-# Measuring what the tests reach.
+# Measuring what the tests reach, and what they notice.
 packages_coverage=(gcovr)
+packages_mutation=(rsync)
 
 # Working pages in a real browser: it, its driver, what starts the program for a scheme, and what tells a page's functions.
 packages_browser=(chromium chromium-driver xdg-utils python3 nodejs)
