@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Installs the MSI under Wine, uses it, and takes it away: msi_test.py ROOT PACKAGES VERSION, on a desktop"""
 import hashlib
 import os
