@@ -18,7 +18,7 @@ struct Wanted
     DWORD processId;
     const wchar_t* className;
     const wchar_t* text;
-    HWND found = nullptr;
+    std::vector<HWND> found;
 };
 
 // A walk from one window to the next would end early when the one it stands on goes away; the
@@ -40,8 +40,11 @@ BOOL CALLBACK TakeIfWanted(HWND window, LPARAM parameter)
     const bool fits =
         (wanted.className == nullptr || ::lstrcmpiW(className, wanted.className) == 0) &&
         (wanted.text == nullptr || ::lstrcmpiW(text, wanted.text) == 0);
-    wanted.found = fits ? window : nullptr;
-    return !fits;
+    if (fits)
+    {
+        wanted.found.push_back(window);
+    }
+    return TRUE;
 }
 
 } // namespace
@@ -84,9 +87,15 @@ int RunQuillet(std::wstring_view arguments)
     return code.value_or(kNoExitCode);
 }
 
-HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* text)
+std::vector<HWND> FindProcessWindows(DWORD processId, const wchar_t* className, const wchar_t* text)
 {
-    Wanted wanted{processId, className, text};
+    Wanted wanted{processId, className, text, {}};
     ::EnumWindows(&TakeIfWanted, reinterpret_cast<LPARAM>(&wanted));
     return wanted.found;
+}
+
+HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* text)
+{
+    const std::vector<HWND> found = FindProcessWindows(processId, className, text);
+    return found.empty() ? nullptr : found.front();
 }

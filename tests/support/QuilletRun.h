@@ -4,9 +4,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
-/// The wait dialog's caption.
 inline constexpr const wchar_t* kWaitDialogCaption = L"Orvane Anwendungsweiterleitung";
+inline constexpr const wchar_t* kAboutBoxCaption = L"Info über Quillet";
 
 /// A run of the real program.
 class QuilletRun : public Process
@@ -35,6 +36,9 @@ public:
 /// and gives a value that is no exit code of the program, when it does not end.
 int RunQuillet(std::wstring_view arguments);
 
-/// A top-level window of the process with this class (null: any) and text (null: any); null when
-/// there is none.
+/// The top-level windows of the process with this class (null: any) and text (null: any), from the
+/// top down.
+std::vector<HWND> FindProcessWindows(DWORD processId, const wchar_t* className,
+                                     const wchar_t* text);
+/// The first of them; null when there is none.
 HWND FindProcessWindow(DWORD processId, const wchar_t* className, const wchar_t* text);

@@ -14,9 +14,9 @@ class AboutBox : public WaitingRun
 {
 protected:
     void GiveSystemCommand(WPARAM command) const { Post(WM_SYSCOMMAND, command); }
-    HWND Box() const { return FindProcessWindow(run.Id(), L"#32770", L"Info über Quillet"); }
+    HWND Box() const { return FindProcessWindow(run.Id(), L"#32770", kAboutBoxCaption); }
     /// The box, once it waits for its user, and the dialog disabled behind it.
-    HWND WaitForBox() const { return ::WaitForBox(run.Id(), L"Info über Quillet"); }
+    HWND WaitForBox() const { return ::WaitForBox(run.Id(), kAboutBoxCaption); }
     HWND OpenBox() const
     {
         GiveSystemCommand(IDM_ABOUTBOX);

@@ -352,7 +352,7 @@ HWND WaitForAboutBox(HWND dialog)
     ::GetWindowThreadProcessId(dialog, &process);
     HWND box = nullptr;
     WaitUntil([&] {
-        box = FindProcessWindow(process, nullptr, L"Info über Quillet");
+        box = FindProcessWindow(process, nullptr, kAboutBoxCaption);
         return ::IsWindowVisible(box);
     });
     return box;

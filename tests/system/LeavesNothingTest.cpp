@@ -81,7 +81,7 @@ void CloseHelp(const RunOfCopy& run)
 void LookAtTheAboutBoxAndCancel(const RunOfCopy& run)
 {
     ::PostMessageW(WaitForBox(run.Id(), kWaitDialogCaption), WM_SYSCOMMAND, IDM_ABOUTBOX, 0);
-    ::PostMessageW(WaitForBox(run.Id(), L"Info über Quillet"), WM_COMMAND, IDOK, 0);
+    ::PostMessageW(WaitForBox(run.Id(), kAboutBoxCaption), WM_COMMAND, IDOK, 0);
     Cancel(run);
 }
 

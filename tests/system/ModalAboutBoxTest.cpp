@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -40,26 +39,9 @@ protected:
     /// The boxes that are shown.
     std::vector<HWND> Boxes() const
     {
-        struct Search
-        {
-            DWORD process;
-            std::vector<HWND> found;
-        } search{run.Id(), {}};
-        const auto collect = [](HWND window, LPARAM parameter) -> BOOL {
-            auto& wanted = *reinterpret_cast<Search*>(parameter);
-            DWORD process = 0;
-            ::GetWindowThreadProcessId(window, &process);
-            wchar_t text[32]{};
-            if (process == wanted.process && ::IsWindowVisible(window) &&
-                ::GetWindowTextW(window, text, 32) > 0 &&
-                std::wstring(text) == L"Info über Quillet")
-            {
-                wanted.found.push_back(window);
-            }
-            return TRUE;
-        };
-        ::EnumWindows(collect, reinterpret_cast<LPARAM>(&search));
-        return search.found;
+        std::vector<HWND> boxes = FindProcessWindows(run.Id(), L"#32770", kAboutBoxCaption);
+        std::erase_if(boxes, [](HWND box) { return !::IsWindowVisible(box); });
+        return boxes;
     }
     void AskForBox() const { ::PostMessageW(dialog, WM_SYSCOMMAND, IDM_ABOUTBOX, 0); }
     bool WaitForBoxes(std::size_t count) const
