@@ -2,9 +2,9 @@
 
 #include "tests/support/ExpectedDifference.h"
 #include "tests/support/Process.h"
+#include "tests/support/UniqueHandle.h"
 #include "tests/support/UniqueName.h"
 
-#include <memory>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -21,7 +21,7 @@ struct Run
 };
 
 /// An inheritable file without a trace: it goes with its last handle.
-HANDLE MakeFile()
+KernelHandle MakeFile()
 {
     const auto path = std::filesystem::temp_directory_path() / UniqueName(L"quillet-selftest");
     SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
@@ -30,7 +30,7 @@ HANDLE MakeFile()
                       CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     return file == INVALID_HANDLE_VALUE
                ? throw std::runtime_error("the folder for temporary files takes no file")
-               : file;
+               : KernelHandle(file);
 }
 
 std::string ContentOf(HANDLE file)
@@ -56,7 +56,7 @@ std::string ReasonOf(int startError)
 Run Start(const TestProgram& program, const std::string& arguments)
 try
 {
-    const std::unique_ptr<void, decltype(&::CloseHandle)> output(MakeFile(), &::CloseHandle);
+    const KernelHandle output = MakeFile();
     Process process(program.file,
                     L'"' + program.file.wstring() + L"\" " +
                         std::wstring(arguments.begin(), arguments.end()),

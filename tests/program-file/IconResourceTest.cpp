@@ -2,6 +2,7 @@
 #include "res/resource.h"
 #include "tests/program-file/ByteReader.h"
 #include "tests/program-file/ProgramResources.h"
+#include "tests/support/UniqueHandle.h"
 
 namespace
 {
@@ -192,11 +193,10 @@ TEST_F(IconResource, PlatformMakesAnIconOfEveryImage)
     {
         SCOPED_TRACE(size);
         const Bytes bytes = m_program.Get(kIconType, id, kGerman);
-        HICON icon = ::CreateIconFromResourceEx(
+        const UniqueHandle<HICON, &::DestroyIcon> icon(::CreateIconFromResourceEx(
             reinterpret_cast<BYTE*>(const_cast<std::byte*>(bytes.data())),
-            static_cast<DWORD>(bytes.size()), TRUE, kIconFormat, size, size, 0);
-        ASSERT_NE(icon, nullptr);
-        ::DestroyIcon(icon);
+            static_cast<DWORD>(bytes.size()), TRUE, kIconFormat, size, size, 0));
+        EXPECT_NE(icon, nullptr);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "tests/support/ProgramPath.h"
+#include "tests/support/UniqueHandle.h"
 #include "tests/support/Utf8.h"
 
 #include <gtest/gtest.h>
@@ -63,29 +64,24 @@ public:
         }
     }
 
-    ~ProgramResources() { ::FreeLibrary(m_module); }
-
-    ProgramResources(const ProgramResources&) = delete;
-    ProgramResources& operator=(const ProgramResources&) = delete;
-
     /// The resource's bytes, which live as long as this object.
     Bytes Get(WORD type, WORD name, WORD language) const
     {
-        HRSRC resource =
-            ::FindResourceExW(m_module, MAKEINTRESOURCEW(type), MAKEINTRESOURCEW(name), language);
+        HRSRC resource = ::FindResourceExW(m_module.get(), MAKEINTRESOURCEW(type),
+                                           MAKEINTRESOURCEW(name), language);
         if (resource == nullptr)
         {
             throw std::runtime_error("missing resource");
         }
-        const void* bytes = ::LockResource(::LoadResource(m_module, resource));
-        return {static_cast<const std::byte*>(bytes), ::SizeofResource(m_module, resource)};
+        const void* bytes = ::LockResource(::LoadResource(m_module.get(), resource));
+        return {static_cast<const std::byte*>(bytes), ::SizeofResource(m_module.get(), resource)};
     }
 
     /// "type/name/language" of every resource, sorted.
     Lines All() const
     {
         Lines found;
-        ::EnumResourceTypesW(m_module, &OnType, reinterpret_cast<LONG_PTR>(&found));
+        ::EnumResourceTypesW(m_module.get(), &OnType, reinterpret_cast<LONG_PTR>(&found));
         std::sort(found.begin(), found.end());
         return found;
     }
@@ -116,7 +112,7 @@ private:
         return TRUE;
     }
 
-    HMODULE m_module;
+    UniqueHandle<HMODULE, &::FreeLibrary> m_module;
 };
 
 /// A test that looks at them.

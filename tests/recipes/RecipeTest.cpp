@@ -183,7 +183,7 @@ TEST_F(Recipe, ShortcutSendsItsText)
     const RecipeHost host([&](HWND window, const ReceivedMessage& message) {
         DWORD id = 0;
         ::GetWindowThreadProcessId(reinterpret_cast<HWND>(message.wParam), &id);
-        caller.emplace(::OpenProcess(PROCESS_ALL_ACCESS, FALSE, id));
+        caller.emplace(KernelHandle(::OpenProcess(PROCESS_ALL_ACCESS, FALSE, id)));
         return AnswerWith(kAnswer)(window, message);
     });
     EXPECT_GT(reinterpret_cast<INT_PTR>(::ShellExecuteW(nullptr, nullptr, shortcut.c_str(), nullptr,

@@ -18,5 +18,5 @@ std::optional<int> OpenByShell(const std::wstring& what)
         std::cerr << "The shell does not open it: error " << ::GetLastError() << '\n';
         return std::nullopt;
     }
-    return Process(execution.hProcess).WaitForExit();
+    return Process(KernelHandle(execution.hProcess)).WaitForExit();
 }

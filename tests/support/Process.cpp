@@ -1,6 +1,7 @@
 #include "tests/support/Process.h"
 
 #include <system_error>
+#include <utility>
 
 namespace
 {
@@ -43,40 +44,37 @@ Process::Process(const std::filesystem::path& program, const std::wstring& comma
     startup.dwFlags |= output == nullptr ? 0 : STARTF_USESTDHANDLES;
     startup.hStdOutput = output;
     startup.hStdError = output;
-    if (!Create(program, commandLine, startup, m_information))
+    PROCESS_INFORMATION information{};
+    if (!Create(program, commandLine, startup, information))
     {
         throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(),
                                 program.string());
     }
+    const KernelHandle thread(information.hThread);
+    m_process.reset(information.hProcess);
+    m_mainThreadId = information.dwThreadId;
 }
 
-Process::Process(HANDLE process)
-{
-    m_information.hProcess = process;
-    m_information.dwProcessId = ::GetProcessId(process);
-}
+Process::Process(KernelHandle process) : m_process(std::move(process)) {}
 
 Process::~Process()
 {
     Kill();
-    ::CloseHandle(m_information.hThread);
-    ::CloseHandle(m_information.hProcess);
 }
 
 bool Process::IsRunning() const
 {
-    return ::WaitForSingleObject(m_information.hProcess, 0) == WAIT_TIMEOUT;
+    return ::WaitForSingleObject(m_process.get(), 0) == WAIT_TIMEOUT;
 }
 
 std::optional<int> Process::WaitForExit(std::chrono::milliseconds limit) const
 {
-    if (::WaitForSingleObject(m_information.hProcess, static_cast<DWORD>(limit.count())) !=
-        WAIT_OBJECT_0)
+    if (::WaitForSingleObject(m_process.get(), static_cast<DWORD>(limit.count())) != WAIT_OBJECT_0)
     {
         return std::nullopt;
     }
     DWORD code = 0;
-    ::GetExitCodeProcess(m_information.hProcess, &code);
+    ::GetExitCodeProcess(m_process.get(), &code);
     return static_cast<int>(code);
 }
 
@@ -85,7 +83,7 @@ void Process::Kill()
     if (IsRunning())
     {
         constexpr UINT kKilled = 0xDEAD;
-        ::TerminateProcess(m_information.hProcess, kKilled);
+        ::TerminateProcess(m_process.get(), kKilled);
         WaitForExit();
     }
 }

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "tests/support/UniqueHandle.h"
 #include "tests/support/Waiting.h"
 
 #include <filesystem>
@@ -20,14 +21,14 @@ public:
     Process(const std::filesystem::path& program, const std::wstring& commandLine,
             std::optional<WORD> showCommand = std::nullopt, HANDLE output = nullptr);
     /// Takes over a process that somebody else, such as the shell, has started.
-    explicit Process(HANDLE process);
+    explicit Process(KernelHandle process);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    DWORD Id() const { return m_information.dwProcessId; }
-    DWORD MainThreadId() const { return m_information.dwThreadId; }
-    HANDLE Handle() const { return m_information.hProcess; }
+    DWORD Id() const { return ::GetProcessId(Handle()); }
+    DWORD MainThreadId() const { return m_mainThreadId; }
+    HANDLE Handle() const { return m_process.get(); }
 
     bool IsRunning() const;
     /// The exit code once the process has ended; nothing when it still runs after `limit`.
@@ -36,5 +37,6 @@ public:
     void Kill();
 
 private:
-    PROCESS_INFORMATION m_information{};
+    KernelHandle m_process;
+    DWORD m_mainThreadId = 0;
 };

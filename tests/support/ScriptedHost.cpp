@@ -75,13 +75,12 @@ ScriptedHostOptions UniqueHost(std::wstring title)
 }
 
 ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
-    : m_options(std::move(options)), m_script(std::move(script)),
-      m_ready(::CreateEventW(nullptr, TRUE, FALSE, nullptr))
+    : m_options(std::move(options)), m_script(std::move(script))
 {
     const std::scoped_lock lock(hostLifetimes);
     m_thread = std::thread([this] { Run(); });
     constexpr auto kLimit = std::chrono::milliseconds(kWaitLimit).count();
-    if (::WaitForSingleObject(m_ready, static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
+    if (::WaitForSingleObject(m_ready.get(), static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
     {
         // The thread hangs and uses this object: it can be neither joined nor left alone.
         const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
@@ -97,7 +96,6 @@ ScriptedHost::~ScriptedHost()
     const std::scoped_lock lock(hostLifetimes);
     ::PostThreadMessageW(m_threadId, kClose, 0, 0);
     m_thread.join();
-    ::CloseHandle(m_ready);
 }
 
 void ScriptedHost::Run()
@@ -116,7 +114,7 @@ void ScriptedHost::Run()
     // Makes the thread's queue, so that a posted message finds it.
     ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
     m_threadId = ::GetCurrentThreadId();
-    ::SetEvent(m_ready);
+    ::SetEvent(m_ready.get());
     while (::GetMessageW(&message, nullptr, 0, 0) > 0)
     {
         if (message.hwnd != nullptr)

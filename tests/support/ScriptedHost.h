@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "tests/support/UniqueHandle.h"
 #include "tests/support/Waiting.h"
 
 #include <condition_variable>
@@ -104,7 +105,7 @@ private:
     std::vector<ReceivedMessage> m_received;
     size_t m_answered = 0;
     bool m_focused = false;
-    HANDLE m_ready;
+    const KernelHandle m_ready{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     DWORD m_threadId = 0;
     std::thread m_thread;
 };

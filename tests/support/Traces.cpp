@@ -1,5 +1,7 @@
 #include "tests/support/Traces.h"
 
+#include "tests/support/UniqueHandle.h"
+
 #include <array>
 #include <filesystem>
 
@@ -35,8 +37,8 @@ void AddSubkey(HKEY key, const std::wstring& subkey, const std::wstring& path, T
         traces[path] = {};
         return;
     }
+    const UniqueHandle<HKEY, &::RegCloseKey> closes(opened);
     AddKeys(opened, path, traces);
-    ::RegCloseKey(opened);
 }
 
 bool IsItselfOrParent(const std::wstring& name)
@@ -83,15 +85,15 @@ void AddFiles(const std::wstring& folder, Traces& traces)
     traces[folder] = {Number(itself.ftLastWriteTime), 0};
     WIN32_FIND_DATAW found{};
     const HANDLE search = ::FindFirstFileW((folder + L"\\*").c_str(), &found);
-    for (bool isThere = search != INVALID_HANDLE_VALUE; isThere;
-         isThere = ::FindNextFileW(search, &found) != FALSE)
+    if (search == INVALID_HANDLE_VALUE)
+    {
+        return;
+    }
+    const UniqueHandle<HANDLE, &::FindClose> closes(search);
+    do
     {
         AddFound(found, folder, traces);
-    }
-    if (search != INVALID_HANDLE_VALUE)
-    {
-        ::FindClose(search);
-    }
+    } while (::FindNextFileW(search, &found));
 }
 
 Traces AllTraces()

@@ -13,6 +13,7 @@
 #include "tests/support/RunsUnderWine.h"
 #include "tests/support/ScriptedHost.h"
 #include "tests/support/Traces.h"
+#include "tests/support/UniqueHandle.h"
 #include "tests/support/UniqueName.h"
 
 #include <gtest/gtest.h>
@@ -147,29 +148,27 @@ class PlantedKey
 public:
     PlantedKey()
     {
+        HKEY key = nullptr;
         ::RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                          &m_key, nullptr);
+                          &key, nullptr);
+        m_key.reset(key);
         Write(1);
     }
-    ~PlantedKey()
-    {
-        ::RegCloseKey(m_key);
-        ::RegDeleteKeyW(HKEY_CURRENT_USER, m_path.c_str());
-    }
+    ~PlantedKey() { ::RegDeleteKeyW(HKEY_CURRENT_USER, m_path.c_str()); }
     PlantedKey(const PlantedKey&) = delete;
     PlantedKey& operator=(const PlantedKey&) = delete;
 
     void Write(DWORD number) const
     {
-        ::RegSetValueExW(m_key, L"Number", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
-                         sizeof(number));
+        ::RegSetValueExW(m_key.get(), L"Number", 0, REG_DWORD,
+                         reinterpret_cast<const BYTE*>(&number), sizeof(number));
     }
     const std::wstring& Name() const { return m_name; }
 
 private:
     const std::wstring m_name = UniqueName(L"QuilletPlantedKey");
     const std::wstring m_path = L"Software\\" + m_name;
-    HKEY m_key = nullptr;
+    UniqueHandle<HKEY, &::RegCloseKey> m_key;
 };
 
 /// Whether one of the differences is of this kind and ends with this name.
