@@ -10,7 +10,7 @@ std::optional<ForegroundLock> foregroundLock;
 UINT foundCodePage = 0;
 
 /// Also called when the user breaks off; the platform's own handler then ends the process. A lock
-/// that does not come back is told on the standard error stream.
+/// that does not come back is named on the standard error stream.
 BOOL WINAPI Restore(DWORD)
 {
     foregroundLock.reset();

@@ -121,8 +121,8 @@ std::vector<std::string> NotesIn(const std::string& output)
     return notes;
 }
 
-/// A test that has not told its end has none, whatever the exit code: a stack that overflows under
-/// Wine ends with 0.
+/// A test that has not printed its end has none, whatever the exit code: a stack that overflows
+/// under Wine ends with 0.
 TestResult RunTest(const TestProgram& program, const std::string& test)
 {
     const Run run = Start(program, "--gtest_brief=0 --gtest_filter=" + test);

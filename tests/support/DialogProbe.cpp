@@ -37,10 +37,10 @@ bool WaitForInput(HWND dialog)
     const HWND button = ButtonOf(dialog);
     const bool pushed = ActInFront(
         dialog, [button] { PressMouseAt(CentreOf(button)); }, [button] { return IsPushed(button); },
-        kHoldPatience);
+        kRepeatHeldAfter);
     const bool released = ActInFront(
         dialog, [] { ReleaseMouseAt({0, 0}); }, [button] { return !IsPushed(button); },
-        kHoldPatience);
+        kRepeatHeldAfter);
     return pushed && released;
 }
 
@@ -60,7 +60,7 @@ bool OpenSystemMenu(HWND dialog)
     return WaitForInput(dialog) &&
            ActInFront(
                dialog, [dialog] { ::PostMessageW(dialog, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE); },
-               [dialog] { return IsInMenuMode(dialog); }, kHoldPatience);
+               [dialog] { return IsInMenuMode(dialog); }, kRepeatHeldAfter);
 }
 
 bool IsInMenuMode(HWND dialog)

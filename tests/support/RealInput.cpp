@@ -87,14 +87,14 @@ bool ActInFront(HWND window, const std::function<void()>& act)
 }
 
 bool ActInFront(HWND window, const std::function<void()>& act,
-                const std::function<bool()>& hasEffect, std::chrono::milliseconds patience)
+                const std::function<bool()>& hasEffect, std::chrono::milliseconds repeatAfter)
 {
     const auto end = std::chrono::steady_clock::now() + kWaitLimit;
     bool isReady = WaitForForeground(window);
     while (isReady && std::chrono::steady_clock::now() < end)
     {
         act();
-        WaitUntil([&] { return hasEffect() || !IsInFront(window); }, patience);
+        WaitUntil([&] { return hasEffect() || !IsInFront(window); }, repeatAfter);
         // The effect may still come while the foreground is away, and the window never be in front
         // again.
         isReady =

@@ -8,8 +8,8 @@
 
 /// Keys and mouse as a user works them: through the platform's input queue, to whichever window has
 /// the foreground or lies under the pointer. The calls that press or click return before the input
-/// has been handled. The window manager takes the foreground away now and then, and what was
-/// pressed meanwhile is lost; tests therefore press by way of ActInFront.
+/// has been handled. Input is lost while the window manager has taken the foreground away; tests
+/// therefore press by way of ActInFront.
 
 /// Brings `window` to the foreground and waits until it is there; false when it does not get there.
 bool WaitForForeground(HWND window);
@@ -18,20 +18,16 @@ bool WaitForForeground(HWND window);
 /// foreground meanwhile. False when it does not get there.
 bool ActInFront(HWND window, const std::function<void()>& act);
 
-/// After that time without an effect, what was to be held down (a button by the mouse, the modifier
-/// of a key) or let go is not. When the window manager gives a window the focus, Wine ends what has
-/// captured the mouse, and takes over from the display which keys are down, which knows nothing of
-/// those that a test holds. And a button let go while another window has the foreground stays down:
-/// the release is for that window, and a thread that has the foreground back before it has heard of
-/// the loss keeps its capture. A key without a modifier is lost only where a step before it has
-/// moved the foreground; a test then does that step again as well.
-inline constexpr std::chrono::seconds kHoldPatience{3};
+/// After this time without an effect, input that holds something down (a mouse button, a modifier)
+/// was lost: Wine lets go of what is held when a window gets the focus, and a release goes to
+/// whichever window is in front. Other input is not lost by itself.
+inline constexpr std::chrono::seconds kRepeatHeldAfter{3};
 
-/// The same, and waits for the effect; done again after `patience` without one as well. As it is,
-/// input that arrives and has no effect is not repeated. False when there is none by kWaitLimit.
+/// The same, and waits for the effect; done again after `repeatAfter` without one as well, which by
+/// default is never. False when there is none by kWaitLimit.
 bool ActInFront(HWND window, const std::function<void()>& act,
                 const std::function<bool()>& hasEffect,
-                std::chrono::milliseconds patience = kWaitLimit);
+                std::chrono::milliseconds repeatAfter = kWaitLimit);
 
 /// One key, pressed and released, with `modifier` (VK_MENU, VK_SHIFT …) held down if it is not 0.
 void PressKey(WORD key, WORD modifier = 0);

@@ -223,12 +223,12 @@ bool ScriptedHost::WaitForAnswers(size_t count, std::chrono::milliseconds limit)
 
 bool ScriptedHost::WaitForFocus() const
 {
-    constexpr std::chrono::seconds kPatience{3};
+    constexpr std::chrono::seconds kRepeatAfter{3};
     bool focused = !RunsUnderWine();
-    for (auto tries = kWaitLimit / kPatience; tries > 0 && !focused; --tries)
+    for (auto tries = kWaitLimit / kRepeatAfter; tries > 0 && !focused; --tries)
     {
         std::unique_lock lock(m_mutex);
-        focused = m_changed.wait_for(lock, kPatience, [this] { return m_focused; });
+        focused = m_changed.wait_for(lock, kRepeatAfter, [this] { return m_focused; });
         lock.unlock(); // for the window procedure
         if (!focused)
         {

@@ -83,11 +83,9 @@ public:
     /// handled to the end, so that their senders have the result. False when they have not by the
     /// limit.
     bool WaitForAnswers(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
-    /// Waits until the desktop has given the window the keyboard focus that new windows get. Under
-    /// Wine the window manager does so some time after the window is shown; what it still had to
-    /// say would otherwise arrive during the test's next step. Wine 10 does not listen while it
-    /// still sees the window change its state; the window manager then says it again, of a window
-    /// that is hidden and shown again.
+    /// Waits until the window manager has given the window the focus that new windows get; under
+    /// Wine that is some time after it is shown, and would otherwise fall into the test's next
+    /// step. Wine 10 can miss it; the window is then hidden and shown, and gets it again.
     bool WaitForFocus() const;
 
 private:

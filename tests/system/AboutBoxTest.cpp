@@ -88,7 +88,7 @@ TEST_F(AboutBoxEntry, OpensTheBoxByItsMnemonic)
         OpenSystemMenu(dialog);
         PressKey('O');
     };
-    ASSERT_TRUE(ActInFront(dialog, choose, [this] { return Box() != nullptr; }, kHoldPatience));
+    ASSERT_TRUE(ActInFront(dialog, choose, [this] { return Box() != nullptr; }, kRepeatHeldAfter));
     const HWND box = WaitForBox();
     ASSERT_NE(box, nullptr);
     ::PostMessageW(box, WM_CLOSE, 0, 0);

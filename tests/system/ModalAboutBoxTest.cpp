@@ -59,7 +59,7 @@ protected:
         }
         const HWND box = Boxes().front();
         const bool centred =
-            WaitUntil([&] { return IsCentred(RectOf(box), RectOf(dialog)); }, kHoldPatience);
+            WaitUntil([&] { return IsCentred(RectOf(box), RectOf(dialog)); }, kRepeatHeldAfter);
         Close(box);
         return WaitForBoxes(0) && centred;
     }

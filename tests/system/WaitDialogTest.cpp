@@ -1,22 +1,7 @@
 // The wait dialog as its user and its host see it: the real program, real windows, real input.
 //
-// What keys and clicks do to it (its one button, "Abbrechen", has the focus from the start and no
-// mnemonic):
-//
-//   Enter, Execute                        cancel (-1), whatever came before
-//   Escape, space, Alt+F4                 cancel (-1)
-//   click on the button or on the X       cancel (-1)
-//   Tab, arrows, letters, Alt+letter      nothing
-//   click beside the button, half clicks  nothing
-//   system menu opened and closed         nothing
-//   minimise, restore, focus lost         nothing
-//
-// The dialog manager's own messages DM_GETDEFID and DM_SETDEFID have the numbers of the answers 0
-// and 1. Seen under Wine: neither is sent while the dialog is created, shown, activated, tabbed
-// through or clicked, only DM_GETDEFID on Enter and Execute, and only when the focus is not on a
-// button with the default style: at the start, after the arrow keys, after a click beside the
-// button, and while the dialog is minimised. The framework's dialog class therefore handles these
-// keys itself; without that the rows below that end with them give 0.
+// Whatever a user does first, Enter and Execute cancel: the dialog manager would ask the dialog for
+// its default button then, by a message with the number of the answer 0 (CDialog::PressButton).
 #include "app/ResultCode.h"
 #include "tests/support/InFront.h"
 #include "tests/support/RandomSeed.h"
@@ -40,22 +25,21 @@ class WaitDialog : public WaitingRun
 protected:
     /// Works keys or mouse until they have ended the wait.
     void EndBy(const std::function<void()>& act,
-               std::chrono::milliseconds patience = kWaitLimit) const
+               std::chrono::milliseconds repeatAfter = kWaitLimit) const
     {
-        EXPECT_TRUE(ActInFront(dialog, act, [this] { return HasEnded(); }, patience));
+        EXPECT_TRUE(ActInFront(dialog, act, [this] { return HasEnded(); }, repeatAfter));
     }
 
-    /// The same for several steps, the last of which is to end the wait. What gets lost on the way
-    /// (see RealInput.h) is done again from the first step on, so that it is never the second try
-    /// of the last step that ends it.
+    /// The same for several steps, the last of which is to end the wait. They are repeated from the
+    /// first one on, so that it is never a second try of the last one alone that ends it.
     void EndBySteps(const std::function<void()>& steps) const
     {
         bool ended = false;
-        for (auto tries = kWaitLimit / kHoldPatience; tries > 0 && !ended && !HasFatalFailure();
+        for (auto tries = kWaitLimit / kRepeatHeldAfter; tries > 0 && !ended && !HasFatalFailure();
              --tries)
         {
             steps();
-            ended = WaitUntil([this] { return HasEnded(); }, kHoldPatience);
+            ended = WaitUntil([this] { return HasEnded(); }, kRepeatHeldAfter);
         }
         EXPECT_TRUE(ended);
     }
@@ -283,8 +267,7 @@ struct UserAction
 {
     const char* name;
     std::function<void(HWND dialog)> act;
-    /// After this time without an effect it is done again.
-    std::chrono::milliseconds patience = kWaitLimit;
+    std::chrono::milliseconds repeatAfter = kWaitLimit;
 };
 
 void PrintTo(const UserAction& action, std::ostream* stream)
@@ -327,10 +310,8 @@ void OpenAndCloseSystemMenu(HWND dialog)
     EXPECT_TRUE(WaitUntil([dialog] { return !IsInMenuMode(dialog); }));
 }
 
-// On Windows the foreground has to be asked for. Under Wine, the window manager gives the focus
-// back by itself, when it has given it to the other window before; asking for it as well would
-// start a race between the two. Wine asks by itself, though: now and then the dialog loses the
-// foreground once more for some milliseconds, and a key may go with it.
+// On Windows the foreground has to be asked for. Under Wine the window manager gives it back by
+// itself, and asking as well would start a race between the two.
 void LoseFocusAndGetItBack(HWND dialog)
 {
     {
@@ -341,10 +322,10 @@ void LoseFocusAndGetItBack(HWND dialog)
                                 : WaitForForeground(dialog));
 }
 
-/// What is held down can be let go by others than the user (see RealInput.h).
+/// An action that holds something down (see RealInput.h).
 UserAction Held(UserAction action)
 {
-    action.patience = kHoldPatience;
+    action.repeatAfter = kRepeatHeldAfter;
     return action;
 }
 
@@ -394,7 +375,7 @@ class CancellingAction : public InFront<WaitDialog>,
 
 TEST_P(CancellingAction, EndsWithMinusOne)
 {
-    EndBy([this] { GetParam().act(dialog); }, GetParam().patience);
+    EndBy([this] { GetParam().act(dialog); }, GetParam().repeatAfter);
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
