@@ -28,7 +28,7 @@ packages_signing=(osslsigncode)
 # Checking format and style; and a compiler with Visual C++'s mode, headers of the platform and of a C++ library for it.
 packages_lint=(clang-format-19 clang-tidy-19 shellcheck clang-19 libwine-dev libc++-19-dev)
 
-# Measuring what the tests reach, and what they notice.
+# Measuring coverage and mutation.
 packages_coverage=(gcovr)
 packages_mutation=(rsync)
 
