@@ -59,7 +59,7 @@ private:
     HGDIOBJ m_before = nullptr;
 };
 
-class WindowIcon : public ::testing::Test
+class WindowIcon : public testing::Test
 {
 protected:
     void SetUp() override

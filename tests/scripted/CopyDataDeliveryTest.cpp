@@ -7,7 +7,7 @@
 namespace
 {
 
-class CopyDataDelivery : public ::testing::Test
+class CopyDataDelivery : public testing::Test
 {
 protected:
     CopyDataDelivery() { m_request.copyData = L"abc"; }

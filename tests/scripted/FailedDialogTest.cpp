@@ -7,7 +7,7 @@
 namespace
 {
 
-class FailedDialog : public ::testing::Test
+class FailedDialog : public testing::Test
 {
 protected:
     FailedDialog()

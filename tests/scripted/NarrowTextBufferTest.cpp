@@ -30,7 +30,7 @@ std::string Conversion(int units, const char* store, int capacity)
            std::to_string(capacity) + ")";
 }
 
-class NarrowTextBufferTest : public ::testing::Test
+class NarrowTextBufferTest : public testing::Test
 {
 protected:
     /// Converts and releases.

@@ -10,7 +10,7 @@ const Calls kMade = {"LoadIconW(128)", "CreateDialogParamW(102, NULL)"};
 const Calls kIconsSet = {"SendMessageW(dialog, WM_SETICON, ICON_BIG, icon)",
                          "SendMessageW(dialog, WM_SETICON, ICON_SMALL, icon)"};
 
-class QuilletDlg : public ::testing::Test
+class QuilletDlg : public testing::Test
 {
 protected:
     void Create() { m_dialog.emplace().Create(IDD_QUILLET_DIALOG); }

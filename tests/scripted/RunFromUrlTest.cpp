@@ -6,7 +6,7 @@
 namespace
 {
 
-class RunFromUrl : public ::testing::Test
+class RunFromUrl : public testing::Test
 {
 protected:
     /// The exit code of a run without dialog whose URL has this query string.

@@ -49,7 +49,7 @@ public:
     }
 };
 
-class Run : public ::testing::Test
+class Run : public testing::Test
 {
 protected:
     Run() { m_platform.found = m_target; }
@@ -66,7 +66,7 @@ protected:
         return code;
     }
 
-    ::testing::AssertionResult Made(const Calls& calls) { return m_platform.Made(calls); }
+    testing::AssertionResult Made(const Calls& calls) { return m_platform.Made(calls); }
 
     ScriptedPlatform m_platform;
     const HWND m_target = m_platform.AddWindow(
@@ -182,7 +182,7 @@ struct NotificationRow
     const char* call;
 };
 
-class RunWithNotification : public Run, public ::testing::WithParamInterface<NotificationRow>
+class RunWithNotification : public Run, public testing::WithParamInterface<NotificationRow>
 {
 };
 
@@ -194,7 +194,7 @@ TEST_P(RunWithNotification, CarriesItsNumbers)
 
 // The message number is formed in 32 bits, without a range check.
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(, RunWithNotification, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(, RunWithNotification, testing::Values(
     NotificationRow{L" -msg=5", "SendNotifyMessageW(target, 0x405, 0, 0)"},
     NotificationRow{L" -msg=0", "SendNotifyMessageW(target, 0x400, 0, 0)"},
     NotificationRow{L" -msg=-1", "SendNotifyMessageW(target, 0x3ff, 0, 0)"},
@@ -288,7 +288,7 @@ struct WaitRow
     int code;
 };
 
-class RunWithWait : public Run, public ::testing::WithParamInterface<WaitRow>
+class RunWithWait : public Run, public testing::WithParamInterface<WaitRow>
 {
 };
 
@@ -299,7 +299,7 @@ TEST_P(RunWithWait, EndsWithTheResultOfTheLoop)
 }
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(, RunWithWait, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(, RunWithWait, testing::Values(
     WaitRow{"Answer0", WM_USER, 0, 0},
     WaitRow{"Answer1", WM_USER + 1, 0, 1},
     WaitRow{"Answer2", WM_USER + 2, 0, 2}, // not to be taken for the cancel command 2

@@ -82,17 +82,17 @@ LRESULT ScriptedPlatform::Send(HWND window, UINT message, WPARAM wParam, LPARAM 
     return Window(window).procedure(window, message, wParam, lParam);
 }
 
-::testing::AssertionResult ScriptedPlatform::Made(const Calls& expected) const
+testing::AssertionResult ScriptedPlatform::Made(const Calls& expected) const
 {
     if (m_calls == expected)
     {
-        return ::testing::AssertionSuccess();
+        return testing::AssertionSuccess();
     }
     const auto difference = std::ranges::mismatch(expected, m_calls).in1 - expected.begin();
     std::ostringstream lists;
     Print(lists, "expected calls", expected, static_cast<size_t>(difference));
     Print(lists, "calls made", m_calls, static_cast<size_t>(difference));
-    return ::testing::AssertionFailure() << lists.str();
+    return testing::AssertionFailure() << lists.str();
 }
 
 std::string ScriptedPlatform::NameOf(HWND window) const
@@ -151,5 +151,5 @@ std::string Quoted(const wchar_t* text)
     {
         return "NULL";
     }
-    return ::testing::PrintToString(std::wstring(text)).substr(1);
+    return testing::PrintToString(std::wstring(text)).substr(1);
 }

@@ -102,7 +102,7 @@ public:
     // --- what was seen ---
 
     /// Whether exactly these calls were made, in this order; the failure shows both lists.
-    ::testing::AssertionResult Made(const Calls& expected) const;
+    testing::AssertionResult Made(const Calls& expected) const;
     void ForgetCalls() { m_calls.clear(); }
     /// Text of the last message box.
     std::wstring messageBoxText;

@@ -18,14 +18,14 @@ const Calls kRefused = {"AttachThreadInput(7, 9, TRUE)", "Sleep(0)"};
 const Calls kShown = {"IsIconic(target)", "ShowWindow(target, SW_SHOW)"};
 const Calls kRestored = {"IsIconic(target)", "ShowWindow(target, SW_RESTORE)"};
 
-class WindowActivation : public ::testing::Test
+class WindowActivation : public testing::Test
 {
 protected:
     WindowActivation() { m_platform.foreground = m_foreground; }
 
     ScriptedWindow& Target() { return m_platform.Window(m_target); }
 
-    ::testing::AssertionResult ActivationMakes(const Calls& calls)
+    testing::AssertionResult ActivationMakes(const Calls& calls)
     {
         ActivateTarget(m_target);
         return m_platform.Made(calls);

@@ -17,7 +17,7 @@ std::string ClassOf(const char* window)
     return std::string("RealGetWindowClassW(") + window + ", zeroed buffer, 4096)";
 }
 
-class WindowSearch : public ::testing::Test
+class WindowSearch : public testing::Test
 {
 protected:
     HWND Add(const char* name, const wchar_t* text, const wchar_t* windowClass)

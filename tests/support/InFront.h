@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 /// A fixture of tests that need the foreground: they are skipped where nobody may take it.
-template <typename Fixture = ::testing::Test>
+template <typename Fixture = testing::Test>
 class InFront : public Fixture
 {
 protected:

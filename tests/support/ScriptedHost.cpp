@@ -83,7 +83,7 @@ ScriptedHost::ScriptedHost(ScriptedHostOptions options, Script script)
     if (::WaitForSingleObject(m_ready.get(), static_cast<DWORD>(kLimit)) != WAIT_OBJECT_0)
     {
         // The thread hangs and uses this object: it can be neither joined nor left alone.
-        const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
+        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
         std::cerr << "The host's window does not appear: "
                   << (test == nullptr ? "" : test->test_suite_name()) << '.'
                   << (test == nullptr ? "" : test->name()) << std::endl;

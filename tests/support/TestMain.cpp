@@ -18,6 +18,6 @@ int wmain(int argc, wchar_t** argv)
     }
     // As the program under test is: on a scaled screen, both see the same coordinates.
     ::SetProcessDPIAware();
-    ::testing::InitGoogleTest(&argc, argv);
+    testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -62,7 +62,7 @@ TEST_F(AboutBox, CaptionsCloseClosesIt)
     ExpectDialogAsBefore();
 }
 
-class AboutBoxKey : public InFront<AboutBox>, public ::testing::WithParamInterface<WORD>
+class AboutBoxKey : public InFront<AboutBox>, public testing::WithParamInterface<WORD>
 {
 };
 
@@ -77,7 +77,7 @@ TEST_P(AboutBoxKey, ClosesIt)
 
 // Enter, Escape and space; and Execute, which the platform takes for Enter.
 INSTANTIATE_TEST_SUITE_P(AboutBox, AboutBoxKey,
-                         ::testing::Values(VK_RETURN, VK_ESCAPE, VK_SPACE, VK_EXECUTE));
+                         testing::Values(VK_RETURN, VK_ESCAPE, VK_SPACE, VK_EXECUTE));
 
 using AboutBoxEntry = InFront<AboutBox>;
 
@@ -106,7 +106,7 @@ void PrintTo(const SystemCommand& command, std::ostream* stream)
     *stream << command.id;
 }
 
-class AboutCommand : public AboutBox, public ::testing::WithParamInterface<SystemCommand>
+class AboutCommand : public AboutBox, public testing::WithParamInterface<SystemCommand>
 {
 };
 
@@ -129,11 +129,11 @@ TEST_P(AboutCommand, IsComparedWithoutItsLowFourBits)
 
 // Bits above the low sixteen do not count either.
 INSTANTIATE_TEST_SUITE_P(AboutBox, AboutCommand,
-                         ::testing::Values(SystemCommand{15, false}, SystemCommand{16, true},
-                                           SystemCommand{17, true}, SystemCommand{31, true},
-                                           SystemCommand{32, false}, SystemCommand{0, false},
-                                           SystemCommand{0x10010, true},
-                                           SystemCommand{0x10020, false}));
+                         testing::Values(SystemCommand{15, false}, SystemCommand{16, true},
+                                         SystemCommand{17, true}, SystemCommand{31, true},
+                                         SystemCommand{32, false}, SystemCommand{0, false},
+                                         SystemCommand{0x10010, true},
+                                         SystemCommand{0x10020, false}));
 
 // --- Ends of the wait while the box is open ---------------------------------------------------
 

@@ -16,7 +16,7 @@ namespace
 {
 
 /// A run that asks for help, with its message box.
-class Help : public ::testing::Test
+class Help : public testing::Test
 {
 protected:
     static std::wstring TextOfControl(HWND box, int id)

@@ -109,7 +109,7 @@ const Shape kShapes[] = {
     {"uncaught exception", L" -url=x?nam=%&kla=", JustWait, static_cast<int>(kAbnormalEndExitCode)},
 };
 
-class LeavesNothing : public ::testing::Test
+class LeavesNothing : public testing::Test
 {
 protected:
     void SetUp() override

@@ -12,7 +12,7 @@
 namespace
 {
 
-class LongestLineTest : public ::testing::Test
+class LongestLineTest : public testing::Test
 {
 protected:
     int Run(const std::wstring& first, const std::wstring& last)

@@ -27,7 +27,7 @@ bool IsCentred(const RECT& box, const RECT& owner)
            std::abs((owner.top + owner.bottom) - (box.top + box.bottom)) <= 1;
 }
 
-class ModalAboutBox : public ::testing::Test
+class ModalAboutBox : public testing::Test
 {
 protected:
     void SetUp() override
@@ -72,7 +72,7 @@ protected:
 #ifndef _MSC_VER
 /// Which of the two is closed first; both orders leave the dialog disabled until the other one
 /// goes.
-class TwoAboutBoxes : public ModalAboutBox, public ::testing::WithParamInterface<bool>
+class TwoAboutBoxes : public ModalAboutBox, public testing::WithParamInterface<bool>
 {
 };
 
@@ -104,7 +104,7 @@ TEST_P(TwoAboutBoxes, KeepTheDialogDisabledUntilBothAreClosed)
     EXPECT_EQ(run.WaitForExit(), 7);
 }
 
-INSTANTIATE_TEST_SUITE_P(ModalAboutBox, TwoAboutBoxes, ::testing::Bool(), [](const auto& order) {
+INSTANTIATE_TEST_SUITE_P(ModalAboutBox, TwoAboutBoxes, testing::Bool(), [](const auto& order) {
     return order.param ? "EarlierFirst" : "LaterFirst";
 });
 #endif

@@ -265,7 +265,7 @@ TEST(RunFlow, NamesBeyondAsciiAndBeyondTheBasicPlaneAreFound)
     for (const wchar_t* stem :
          {L"Größe", L"Ωмега漢字", L"Lupe\xD83D\xDD0D", L"İstanbul", L"High\xD83D-", L"Low\xDD0D-"})
     {
-        SCOPED_TRACE(::testing::PrintToString(std::wstring(stem)));
+        SCOPED_TRACE(testing::PrintToString(std::wstring(stem)));
         const ScriptedHost host({UniqueName(stem), UniqueName(stem)});
         const std::wstring names =
             L" -nodlg -nam=\"" + host.Title() + L"\" -kla=\"" + host.ClassName() + L'"';

@@ -363,13 +363,12 @@ const UserAction kHarmlessActions[] = {
     {"LoseFocusAndGetItBack", LoseFocusAndGetItBack},
 };
 
-std::string NameOf(const ::testing::TestParamInfo<UserAction>& info)
+std::string NameOf(const testing::TestParamInfo<UserAction>& info)
 {
     return info.param.name;
 }
 
-class CancellingAction : public InFront<WaitDialog>,
-                         public ::testing::WithParamInterface<UserAction>
+class CancellingAction : public InFront<WaitDialog>, public testing::WithParamInterface<UserAction>
 {
 };
 
@@ -379,10 +378,10 @@ TEST_P(CancellingAction, EndsWithMinusOne)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, ::testing::ValuesIn(kCancellingActions),
+INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, testing::ValuesIn(kCancellingActions),
                          NameOf);
 
-class HarmlessAction : public InFront<WaitDialog>, public ::testing::WithParamInterface<UserAction>
+class HarmlessAction : public InFront<WaitDialog>, public testing::WithParamInterface<UserAction>
 {
 };
 
@@ -404,9 +403,9 @@ TEST_P(HarmlessAction, KeepsEnterACancel)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, HarmlessAction, ::testing::ValuesIn(kHarmlessActions), NameOf);
+INSTANTIATE_TEST_SUITE_P(WaitDialog, HarmlessAction, testing::ValuesIn(kHarmlessActions), NameOf);
 
-class RandomActions : public InFront<WaitDialog>, public ::testing::WithParamInterface<int>
+class RandomActions : public InFront<WaitDialog>, public testing::WithParamInterface<int>
 {
 };
 
@@ -433,6 +432,6 @@ TEST_P(RandomActions, KeepEnterACancel)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled) << names;
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, RandomActions, ::testing::Range(0, 5));
+INSTANTIATE_TEST_SUITE_P(WaitDialog, RandomActions, testing::Range(0, 5));
 
 } // namespace

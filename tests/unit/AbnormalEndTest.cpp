@@ -28,9 +28,9 @@ void NobodyCatches(void (*raise)()) noexcept
     raise();
 }
 
-::testing::ExitedWithCode EndedAbnormally()
+testing::ExitedWithCode EndedAbnormally()
 {
-    return ::testing::ExitedWithCode(static_cast<int>(kAbnormalEndExitCode));
+    return testing::ExitedWithCode(static_cast<int>(kAbnormalEndExitCode));
 }
 
 TEST(AbnormalEnd, CodeIsNoResultCode)

@@ -8,7 +8,7 @@
 
 /// Tests that start their own program again, which GoogleTest does by a path in the ANSI code page:
 /// skipped where that code page lacks a character of it, such as one of the user's name.
-class DeathTest : public ::testing::Test
+class DeathTest : public testing::Test
 {
 protected:
     void SetUp() override

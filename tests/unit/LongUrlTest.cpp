@@ -185,7 +185,7 @@ TEST_F(LongUrlDeathTest, NeedsLittleStack)
             }
             std::_Exit(kGathered);
         },
-        ::testing::ExitedWithCode(kGathered), "half value, half key");
+        testing::ExitedWithCode(kGathered), "half value, half key");
 }
 #endif
 

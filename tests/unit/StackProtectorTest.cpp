@@ -35,7 +35,7 @@ TEST_F(StackProtectorDeathTest, GuardDiffersFromStartToStartAndEndsInAZeroByte)
 TEST_F(StackProtectorDeathTest, AlarmEndsTheProcessWithThePlatformsCode)
 {
     constexpr auto kStackBufferOverrun = static_cast<int>(0xC0000409);
-    EXPECT_EXIT(__stack_chk_fail(), ::testing::ExitedWithCode(kStackBufferOverrun), "");
+    EXPECT_EXIT(__stack_chk_fail(), testing::ExitedWithCode(kStackBufferOverrun), "");
 }
 
 } // namespace

@@ -27,13 +27,13 @@ TEST_F(SystemLibrariesDeathTest, AreTheOnlyOnesThatTheProgramGets)
             const CQuilletApp app;
             AskForTheLibraryBesideThis();
         },
-        ::testing::ExitedWithCode(kGotNone), "");
+        testing::ExitedWithCode(kGotNone), "");
 }
 
 // The counterpart, without which the test above would show nothing.
 TEST_F(SystemLibrariesDeathTest, AreNotTheOnlyOnesWithoutIt)
 {
-    EXPECT_EXIT(AskForTheLibraryBesideThis(), ::testing::ExitedWithCode(kLoadedPlantedLibrary), "");
+    EXPECT_EXIT(AskForTheLibraryBesideThis(), testing::ExitedWithCode(kLoadedPlantedLibrary), "");
 }
 
 } // namespace

@@ -32,7 +32,7 @@ public:
 /// For tests with real windows: an application object, which the framework's windows rely on, and
 /// a message queue that is empty before and after. A wait that lasts for ever ends as if the thread
 /// had been asked to quit, and fails the test.
-class WindowFixture : public ::testing::Test
+class WindowFixture : public testing::Test
 {
 protected:
     WindowFixture();
