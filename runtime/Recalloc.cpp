@@ -10,14 +10,14 @@
 namespace
 {
 
-void* Recalloc(void* block, size_t count, size_t size)
+void* Recalloc(void* block, std::size_t count, std::size_t size)
 {
-    size_t newBytes;
+    std::size_t newBytes;
     if (__builtin_mul_overflow(count, size, &newBytes))
     {
         return nullptr;
     }
-    const size_t oldBytes = block == nullptr ? 0 : ::_msize(block);
+    const std::size_t oldBytes = block == nullptr ? 0 : ::_msize(block);
     void* resized = std::realloc(block, newBytes);
     if (resized != nullptr && newBytes > oldBytes)
     {
@@ -30,5 +30,5 @@ void* Recalloc(void* block, size_t count, size_t size)
 
 /// It is declared as an imported function, so callers go through the import's pointer: this one.
 extern "C" {
-void* (*__imp__recalloc)(void*, size_t, size_t) = &Recalloc;
+void* (*__imp__recalloc)(void*, std::size_t, std::size_t) = &Recalloc;
 }

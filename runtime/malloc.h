@@ -3,5 +3,7 @@
 
 #include_next <malloc.h>
 
+#include <cstddef>
+
 /// Declared for later run-time libraries only; see Recalloc.cpp.
-extern "C" _CRTIMP void* __cdecl _recalloc(void* block, size_t count, size_t size);
+extern "C" _CRTIMP void* __cdecl _recalloc(void* block, std::size_t count, std::size_t size);

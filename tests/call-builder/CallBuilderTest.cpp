@@ -55,7 +55,7 @@ TEST(CallBuilder, ReadsCommandLinesAsTheProgramDoes)
     std::ifstream cases = OpenCases(L"readings.txt");
     std::string line;
     std::string expected;
-    size_t count = 0;
+    std::size_t count = 0;
     for (; cases >> line >> expected; ++count)
     {
         const std::wstring text = TextOfHexUnits(line);
@@ -70,7 +70,7 @@ TEST(CallBuilder, MatchesPatternsAsTheProgramDoes)
     std::string text;
     std::string pattern;
     int expected = 0;
-    size_t count = 0;
+    std::size_t count = 0;
     for (; cases >> text >> pattern >> expected; ++count)
     {
         const std::wstring title = TextOfHexUnits(text);
@@ -140,7 +140,7 @@ protected:
     void ExpectReceived(const std::vector<Call>& calls) const
     {
         const auto received = m_host.WaitForMessages(calls.size());
-        for (size_t index = 0; index < std::min(received.size(), calls.size()); ++index)
+        for (std::size_t index = 0; index < std::min(received.size(), calls.size()); ++index)
         {
             ASSERT_EQ(Received(received[index]), calls[index].received) << calls[index].source;
         }

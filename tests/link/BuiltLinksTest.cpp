@@ -72,12 +72,12 @@ TEST(BuiltLinks, AreReadAsTheyWereMeant)
 
 TEST(BuiltLinks, ArriveAtTheHostOfTheRealProgram)
 {
-    constexpr size_t kRuns = 50; // of the real program: the test above reads every link
+    constexpr std::size_t kRuns = 50; // of the real program: the test above reads every link
     const std::vector<Link> links = ReadLinks();
     ASSERT_GE(links.size(), kRuns);
     const ScriptedHost host({kHostClass});
-    size_t runs = 0;
-    for (size_t index = 0; index < links.size(); index += links.size() / kRuns)
+    std::size_t runs = 0;
+    for (std::size_t index = 0; index < links.size(); index += links.size() / kRuns)
     {
         const Link& link = links[index];
         ASSERT_EQ(RunQuillet(Arguments(link)), 0) << link.link;

@@ -150,7 +150,7 @@ TEST_F(WindowIcon, IsPaintedInTheMiddleOfTheMinimisedWindow)
     ASSERT_TRUE(::IsIconic(window));
     ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
     int painted = 0;
-    for (size_t i = 0; i < middles.size(); ++i)
+    for (std::size_t i = 0; i < middles.size(); ++i)
     {
         // A pixel beside it the picture is another one.
         const POINT beside{middles[i].x + 1, middles[i].y};

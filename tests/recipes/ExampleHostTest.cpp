@@ -34,9 +34,9 @@ public:
     HWND Handle() const { return m_window; }
 
     /// The number of answers that have come since the last call.
-    size_t Answers() const
+    std::size_t Answers() const
     {
-        size_t count = 0;
+        std::size_t count = 0;
         for (MSG message; ::PeekMessageW(&message, m_window, WM_USER, WM_USER + 4096, PM_REMOVE);)
         {
             EXPECT_EQ(message.message, kHostAnswer);
@@ -82,7 +82,7 @@ public:
     {
         return Ask(text.data(), text.size() * sizeof(wchar_t), caller);
     }
-    LRESULT Ask(const wchar_t* text, size_t bytes, HWND caller) const
+    LRESULT Ask(const wchar_t* text, std::size_t bytes, HWND caller) const
     {
         COPYDATASTRUCT data = {0, static_cast<DWORD>(bytes), const_cast<wchar_t*>(text)};
         return ::SendMessageW(m_window, WM_COPYDATA, reinterpret_cast<WPARAM>(caller),
@@ -104,10 +104,10 @@ private:
     HWND m_window = nullptr;
 };
 
-size_t Count(const std::string& all, const std::string& part)
+std::size_t Count(const std::string& all, const std::string& part)
 {
-    size_t count = 0;
-    for (size_t at = all.find(part); at != all.npos; at = all.find(part, at + part.size()))
+    std::size_t count = 0;
+    for (std::size_t at = all.find(part); at != all.npos; at = all.find(part, at + part.size()))
     {
         ++count;
     }
@@ -224,7 +224,7 @@ TEST(ExampleHost, OnlyDialogsAreAnswered)
 
 TEST(ExampleHost, LongestTextIsTakenAndALongerOneRefused)
 {
-    constexpr size_t kLongest = 98'298; // bytes
+    constexpr std::size_t kLongest = 98'298; // bytes
     const ExampleHost host;
     const Caller caller;
     const std::wstring text(kLongest / sizeof(wchar_t) + 1, L'a');

@@ -199,14 +199,14 @@ TEST_F(Recipe, ShortcutSendsItsText)
 std::wstring LinkOfThePage()
 {
     const std::string page = ContentOf(RecipePath(L"url-scheme\\links.html"));
-    const size_t end = page.find("\">Vorgang 4711</a>");
-    const size_t begin = page.rfind("href=\"", end);
+    const std::size_t end = page.find("\">Vorgang 4711</a>");
+    const std::size_t begin = page.rfind("href=\"", end);
     if (end == page.npos || begin == page.npos)
     {
         ADD_FAILURE() << "the page has no such link";
         return {};
     }
-    const size_t first = begin + std::strlen("href=\"");
+    const std::size_t first = begin + std::strlen("href=\"");
     std::string link = page.substr(first, end - first);
     Replace(link, "&amp;", "&");
     return {link.begin(), link.end()};

@@ -13,15 +13,15 @@ namespace
 /// something in it.
 int Query(const char* name, HWND window, const std::wstring& text, wchar_t* buffer, int capacity)
 {
-    const bool zeroed = static_cast<size_t>(std::count(buffer, buffer + capacity, L'\0')) ==
-                        static_cast<size_t>(capacity);
+    const bool zeroed = static_cast<std::size_t>(std::count(buffer, buffer + capacity, L'\0')) ==
+                        static_cast<std::size_t>(capacity);
     Record(name, window, std::string(zeroed ? "zeroed buffer" : "USED BUFFER"),
            std::int64_t{capacity});
     if (Platform().Window(window).dying)
     {
         return 0;
     }
-    const size_t length = std::min(text.size(), static_cast<size_t>(capacity) - 1);
+    const std::size_t length = std::min(text.size(), static_cast<std::size_t>(capacity) - 1);
     buffer[text.copy(buffer, length)] = L'\0';
     return static_cast<int>(length);
 }

@@ -27,7 +27,7 @@ void* RecordedBlock(const std::string& call, void* block)
 
 } // namespace
 
-void* FakeRecalloc(void* block, size_t count, size_t size)
+void* FakeRecalloc(void* block, std::size_t count, std::size_t size)
 {
     const std::string call = "_recalloc(" + Platform().NameOf(static_cast<const void*>(block)) +
                              ", " + std::to_string(count) + ", " + std::to_string(size) + ")";
@@ -40,13 +40,13 @@ void* FakeRecalloc(void* block, size_t count, size_t size)
 }
 
 extern "C" {
-void* __real_calloc(size_t count, size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
 void __real_free(void* block);
-size_t __real_wcslen(const wchar_t* text);
+std::size_t __real_wcslen(const wchar_t* text);
 
 /// The product asks for bytes. The run-time libraries, which come through here as well, ask for
 /// objects.
-void* __wrap_calloc(size_t count, size_t size)
+void* __wrap_calloc(std::size_t count, std::size_t size)
 {
     if (ScriptedPlatform::Current() == nullptr || size != 1)
     {
@@ -71,7 +71,7 @@ void __wrap_free(void* block)
     __real_free(block);
 }
 
-size_t __wrap_wcslen(const wchar_t* text)
+std::size_t __wrap_wcslen(const wchar_t* text)
 {
     const auto* platform = ScriptedPlatform::Current();
     return platform != nullptr && platform->textLength ? *platform->textLength

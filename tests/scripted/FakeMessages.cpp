@@ -15,7 +15,7 @@ namespace
 /// Size and first bytes.
 std::string Content(const COPYDATASTRUCT& data)
 {
-    constexpr size_t kMost = 16;
+    constexpr std::size_t kMost = 16;
     const std::span bytes(static_cast<const std::byte*>(data.lpData), data.cbData);
     return std::to_string(bytes.size()) +
            " bytes: " + BytesAsText(bytes.first(std::min(bytes.size(), kMost))) +

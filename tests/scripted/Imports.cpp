@@ -56,7 +56,7 @@ REPLACE_IMPORT(Sleep)
 REPLACE_IMPORT(TranslateMessage)
 REPLACE_IMPORT(WideCharToMultiByte)
 
-void* FakeRecalloc(void* block, size_t count, size_t size);
+void* FakeRecalloc(void* block, std::size_t count, std::size_t size);
 extern "C" {
-void* (*__imp__recalloc)(void*, size_t, size_t) = &FakeRecalloc;
+void* (*__imp__recalloc)(void*, std::size_t, std::size_t) = &FakeRecalloc;
 }

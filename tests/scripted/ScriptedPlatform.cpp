@@ -22,10 +22,10 @@ LRESULT CALLBACK DefaultProcedure(HWND, UINT message, WPARAM, LPARAM)
     return 0;
 }
 
-void Print(std::ostream& stream, const char* title, const Calls& calls, size_t firstDifference)
+void Print(std::ostream& stream, const char* title, const Calls& calls, std::size_t firstDifference)
 {
     stream << title << ":\n";
-    for (size_t i = 0; i < calls.size(); ++i)
+    for (std::size_t i = 0; i < calls.size(); ++i)
     {
         stream << (i == firstDifference ? "  > " : "    ") << calls[i] << '\n';
     }
@@ -90,8 +90,8 @@ testing::AssertionResult ScriptedPlatform::Made(const Calls& expected) const
     }
     const auto difference = std::ranges::mismatch(expected, m_calls).in1 - expected.begin();
     std::ostringstream lists;
-    Print(lists, "expected calls", expected, static_cast<size_t>(difference));
-    Print(lists, "calls made", m_calls, static_cast<size_t>(difference));
+    Print(lists, "expected calls", expected, static_cast<std::size_t>(difference));
+    Print(lists, "calls made", m_calls, static_cast<std::size_t>(difference));
     return testing::AssertionFailure() << lists.str();
 }
 

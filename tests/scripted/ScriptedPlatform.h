@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
@@ -85,7 +86,7 @@ public:
     /// So many allocations succeed.
     int memoryFailsAfter = INT_MAX;
     /// When set, every text seems to be so long.
-    std::optional<size_t> textLength;
+    std::optional<std::size_t> textLength;
 
     /// Adds a window below all others.
     HWND AddWindow(const ScriptedWindow& window);

@@ -5,7 +5,7 @@
 namespace
 {
 
-constexpr size_t kLongestSeen = 4'095;
+constexpr std::size_t kLongestSeen = 4'095;
 
 std::string TextOf(const char* window)
 {

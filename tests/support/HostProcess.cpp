@@ -26,7 +26,7 @@ bool HostProcess::WaitUntilAnswered() const
     return WaitUntil([&] { return Reported(m_window, kReportAnswered) > 0; });
 }
 
-size_t HostProcess::Activations() const
+std::size_t HostProcess::Activations() const
 {
     return Reported(m_window, kReportActivated);
 }

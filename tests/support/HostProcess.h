@@ -2,6 +2,9 @@
 
 #include "tests/support/Process.h"
 
+#include <cstddef>
+#include <string>
+
 /// A host window in a process of its own, which ends with this object. The waits stand for the same
 /// moments as ScriptedHost's.
 class HostProcess : public Process
@@ -21,7 +24,7 @@ public:
     /// Waits until a message has been handled to the end, so that its sender has the result.
     bool WaitUntilAnswered() const;
     /// How often the window has become the active one so far.
-    size_t Activations() const;
+    std::size_t Activations() const;
 
 private:
     HWND m_window = nullptr;

@@ -207,7 +207,7 @@ std::vector<ReceivedMessage> ScriptedHost::ReceivedSoFar() const
     return Received();
 }
 
-std::vector<ReceivedMessage> ScriptedHost::WaitForMessages(size_t count,
+std::vector<ReceivedMessage> ScriptedHost::WaitForMessages(std::size_t count,
                                                            std::chrono::milliseconds limit) const
 {
     std::unique_lock lock(m_mutex);
@@ -215,7 +215,7 @@ std::vector<ReceivedMessage> ScriptedHost::WaitForMessages(size_t count,
     return m_received;
 }
 
-bool ScriptedHost::WaitForAnswers(size_t count, std::chrono::milliseconds limit) const
+bool ScriptedHost::WaitForAnswers(std::size_t count, std::chrono::milliseconds limit) const
 {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, limit, [&] { return m_answered >= count; });

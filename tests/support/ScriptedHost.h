@@ -78,11 +78,11 @@ public:
     /// Waits until at least `count` messages have arrived; gives what has arrived then, or by the
     /// limit. The last of them may still be in its handler.
     std::vector<ReceivedMessage>
-    WaitForMessages(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
+    WaitForMessages(std::size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
     /// Waits until at least `count` requests (WM_COPYDATA and everything from WM_USER up) have been
     /// handled to the end, so that their senders have the result. False when they have not by the
     /// limit.
-    bool WaitForAnswers(size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
+    bool WaitForAnswers(std::size_t count, std::chrono::milliseconds limit = kWaitLimit) const;
     /// Waits until the window manager has given the window the focus that new windows get; under
     /// Wine that is some time after it is shown, and would otherwise fall into the test's next
     /// step. Wine 10 can miss it; the window is then hidden and shown, and gets it again.
@@ -101,7 +101,7 @@ private:
     mutable std::mutex m_mutex;
     mutable std::condition_variable m_changed;
     std::vector<ReceivedMessage> m_received;
-    size_t m_answered = 0;
+    std::size_t m_answered = 0;
     bool m_focused = false;
     const KernelHandle m_ready{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     DWORD m_threadId = 0;

@@ -69,7 +69,7 @@ int wmain()
     Report(host.Handle(), kReportReady);
     // Ended by whoever started it.
     constexpr std::chrono::hours kForever{24};
-    for (size_t answers = 1; host.WaitForAnswers(answers, kForever); ++answers)
+    for (std::size_t answers = 1; host.WaitForAnswers(answers, kForever); ++answers)
     {
         Report(host.Handle(), kReportAnswered);
     }

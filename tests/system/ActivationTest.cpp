@@ -71,7 +71,7 @@ std::optional<int> RunMinimised(const std::wstring& arguments)
 /// arrive a moment later.
 bool ComesToFront(const Stranger& target)
 {
-    const size_t before = target.Activations();
+    const std::size_t before = target.Activations();
     EXPECT_EQ(RunMinimised(L" -kla=" + target.ClassName()), kResultCancelled);
     return WaitUntil([&] {
         return target.Activations() > before || ::GetForegroundWindow() == target.Window();
@@ -241,9 +241,9 @@ TEST(ActivationSwitch, WhatCannotBeActivatedStillReceives)
 // Foreground rules and window managers are the home of flakes: the real thing, many times in a row.
 TEST_F(Activation, ComesToTheFrontEveryTime)
 {
-    constexpr size_t kTimes = 20;
+    constexpr std::size_t kTimes = 20;
     const std::array<Stranger, 2> strangers;
-    for (size_t i = 0; i < kTimes; ++i)
+    for (std::size_t i = 0; i < kTimes; ++i)
     {
         const Stranger& target = strangers[i % strangers.size()];
         const bool minimised = i % 4 > 1;

@@ -133,12 +133,12 @@ TEST_F(CopyDataEncoding, LongTextsArriveWhole)
                   {L'\u00E4', "E4 00", "C3 A4", "E4"},
                   {L'\u20AC', "AC 20", "E2 82 AC", "80"}};
 
-    constexpr size_t kLength = 32'000;
+    constexpr std::size_t kLength = 32'000;
     std::wstring text;
     std::string utf16;
     std::string utf8;
     std::string ansi;
-    for (size_t i = 0; i < kLength; ++i)
+    for (std::size_t i = 0; i < kLength; ++i)
     {
         const auto& unit = kUnits[i % std::size(kUnits)];
         const std::string gap = i == 0 ? "" : " ";

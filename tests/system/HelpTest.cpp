@@ -24,7 +24,7 @@ protected:
         std::wstring text(kLongestCommandLine + 2000, L'\0');
         const LRESULT size = ::SendDlgItemMessageW(box, id, WM_GETTEXT, text.size(),
                                                    reinterpret_cast<LPARAM>(text.data()));
-        text.resize(static_cast<size_t>(size));
+        text.resize(static_cast<std::size_t>(size));
         return text;
     }
 

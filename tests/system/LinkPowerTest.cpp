@@ -71,7 +71,7 @@ TEST_F(LinkPowerInFront, ForegroundTellsWhetherAWindowWasFound)
     const HostProcess secret(UniqueName(L"LinkHost"), title);
     const HostProcess page(UniqueName(L"LinkHost"), L"Seite");
     ASSERT_TRUE(WaitForForeground(page.Window()));
-    const size_t before = secret.Activations();
+    const std::size_t before = secret.Activations();
     const std::wstring guess = L"x?seaglob&activatewindow&nam=" + title;
     EXPECT_EQ(Open(guess + L"?*"), kResultWindowNotFound);
     EXPECT_EQ(secret.Activations(), before);

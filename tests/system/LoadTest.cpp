@@ -41,7 +41,7 @@ int AnswerTo(int request)
 std::string TextOf(int request)
 {
     return "request-" + std::to_string(request) +
-           std::string(static_cast<size_t>(request % 500), 'x');
+           std::string(static_cast<std::size_t>(request % 500), 'x');
 }
 
 int RequestIn(const ReceivedMessage& message)
@@ -105,7 +105,7 @@ bool HasOwnContent(const ReceivedMessage& message)
 /// Runs so many requests, kAtATime of them at once, and gives the exit code of each.
 std::vector<int> RunAll(int requests, const std::wstring& target)
 {
-    std::vector<int> codes(static_cast<size_t>(requests));
+    std::vector<int> codes(static_cast<std::size_t>(requests));
     std::atomic<int> next{0};
     std::vector<std::jthread> callers;
     for (int caller = 0; caller < kAtATime; ++caller)
@@ -115,7 +115,7 @@ std::vector<int> RunAll(int requests, const std::wstring& target)
             {
                 constexpr int kNone = 999999;
                 const QuilletRun run(ArgumentsOf(request, target));
-                codes[static_cast<size_t>(request)] =
+                codes[static_cast<std::size_t>(request)] =
                     run.WaitForExit(3 * kWaitLimit).value_or(kNone);
             }
         });
@@ -130,11 +130,11 @@ void ExpectEachOnceWithItsOwnAnswer(int requests, const ScriptedHost& host,
     const std::vector<int> codes = RunAll(requests, target);
     for (int request = 0; request < requests; ++request)
     {
-        EXPECT_EQ(codes[static_cast<size_t>(request)], ExitCodeOf(request))
+        EXPECT_EQ(codes[static_cast<std::size_t>(request)], ExitCodeOf(request))
             << "request " << request;
     }
     std::map<int, int> arrivals;
-    for (const ReceivedMessage& message : host.WaitForMessages(static_cast<size_t>(requests)))
+    for (const ReceivedMessage& message : host.WaitForMessages(static_cast<std::size_t>(requests)))
     {
         ++arrivals[RequestIn(message)];
         EXPECT_TRUE(HasOwnContent(message)) << "request " << RequestIn(message);

@@ -150,7 +150,10 @@ private:
     }
 
     bool HasTarget() const { return m_wording.byClass || m_wording.byText; }
-    size_t ExpectedMessages() const { return m_row.host == Host::Gone || !HasTarget() ? 0 : 1; }
+    std::size_t ExpectedMessages() const
+    {
+        return m_row.host == Host::Gone || !HasTarget() ? 0 : 1;
+    }
 
     // Exactly the given name, as a pattern that needs the pattern search.
     std::wstring Name(const std::wstring& name) const
@@ -405,14 +408,14 @@ TEST_P(Matrix, EveryWordingEndsAsTheTableSays)
     }
 
     // Several at a time: the runs know nothing of each other.
-    constexpr size_t kAtATime = 4;
+    constexpr std::size_t kAtATime = 4;
     std::vector<std::string> failures(wordings.size());
-    std::atomic<size_t> next{0};
+    std::atomic<std::size_t> next{0};
     std::vector<std::jthread> workers;
-    for (size_t worker = 0; worker < kAtATime; ++worker)
+    for (std::size_t worker = 0; worker < kAtATime; ++worker)
     {
         workers.emplace_back([&] {
-            for (size_t i = next++; i < wordings.size(); i = next++)
+            for (std::size_t i = next++; i < wordings.size(); i = next++)
             {
                 failures[i] = Outcome(Case(GetParam(), wordings[i]));
             }

@@ -56,8 +56,8 @@ TEST(PatternSearch, TakesTheWindowHigherInTheZOrder)
     const ScriptedHost other({UniqueName(L"Host"), title + L" other", WS_OVERLAPPEDWINDOW});
     for (const auto& [top, bottom] : {std::pair(&one, &other), std::pair(&other, &one)})
     {
-        const size_t before = bottom->ReceivedSoFar().size();
-        const size_t beforeTop = top->ReceivedSoFar().size();
+        const std::size_t before = bottom->ReceivedSoFar().size();
+        const std::size_t beforeTop = top->ReceivedSoFar().size();
         MoveToTop(*top);
         EXPECT_EQ(Search(title + L"*"), kFound);
         EXPECT_EQ(top->ReceivedSoFar().size(), beforeTop + 1);
@@ -182,7 +182,7 @@ TEST(PatternSearch, AnAnswerToItselfOnlyHidesTheOwnDialog)
 
 TEST(PatternSearch, LongTextsAreMatchedOnTheirFirst4095Units)
 {
-    constexpr size_t kSeen = 4095;
+    constexpr std::size_t kSeen = 4095;
     const std::wstring prefix = UniqueName(L"Long");
     const std::wstring fill(kSeen - prefix.size() - 1, L'x');
     // The units at the border: `y` is the last one seen, `z` the first one cut off.

@@ -132,7 +132,7 @@ TEST(RunFlow, QuitAsTheOneMessageLeavesTheStoredResult)
          {std::pair(L"", kResultCancelled), std::pair(L" -copydata=abc", kResultAccepted)})
     {
         SCOPED_TRACE(code);
-        const size_t before = host.ReceivedSoFar().size();
+        const std::size_t before = host.ReceivedSoFar().size();
         const QuilletRun run(switches + request);
         ASSERT_TRUE(host.WaitForAnswers(before + 1));
         ::PostThreadMessageW(run.MainThreadId(), WM_QUIT, 17, 0);
@@ -196,7 +196,7 @@ TEST(RunFlow, ClassAndTextMustBothFit)
     for (const Lookup& lookup : lookups)
     {
         SCOPED_TRACE(lookup.reason);
-        const size_t before = host.ReceivedSoFar().size();
+        const std::size_t before = host.ReceivedSoFar().size();
         EXPECT_EQ(RunQuillet(L" -nodlg -kla=\"" + lookup.classSwitch + L"\" -nam=\"" +
                              lookup.textSwitch + L'"'),
                   lookup.found ? kResultCancelled : kResultWindowNotFound);

@@ -71,7 +71,7 @@ protected:
     /// Runs the program with these arguments, in which HOST and TITLE stand for the host's names.
     Outcome Run(const std::wstring& arguments)
     {
-        const size_t before = m_host.Received().size();
+        const std::size_t before = m_host.Received().size();
         Outcome outcome;
         outcome.exitCode = QuilletRun(WithNames(arguments)).WaitForExit();
         const auto received = m_host.ReceivedSoFar();
@@ -92,7 +92,7 @@ protected:
     }
 
     /// The URL's room on a command line that ends with it, from ` -url=` on.
-    static size_t RoomForUrl()
+    static std::size_t RoomForUrl()
     {
         return kLongestCommandLine - QuilletRun::CommandLine(L" -url=").size();
     }

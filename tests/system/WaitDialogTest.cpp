@@ -413,7 +413,7 @@ TEST_P(RandomActions, KeepEnterACancel)
 {
     constexpr int kActions = 6;
     std::mt19937 random(RandomSeed() + static_cast<unsigned>(GetParam()));
-    std::uniform_int_distribution<size_t> choose(0, std::size(kHarmlessActions) - 1);
+    std::uniform_int_distribution<std::size_t> choose(0, std::size(kHarmlessActions) - 1);
     std::vector<const UserAction*> actions(kActions);
     std::string names;
     for (const UserAction*& action : actions)

@@ -27,7 +27,7 @@ void ExpectInvalidPosition(const CString& text, int index)
 
 std::wstring Units(const CString& text)
 {
-    return {text.GetString(), static_cast<size_t>(text.GetLength())};
+    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
 }
 
 TEST(CString, IsEmptyFromNothing)

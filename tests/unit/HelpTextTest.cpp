@@ -34,7 +34,7 @@ TEST(HelpText, IsTheCommandLineAndSeventeenParts)
     const std::wstring help = BuildHelpText(commandLine);
 
     ASSERT_TRUE(help.starts_with(commandLine));
-    size_t position = commandLine.size();
+    std::size_t position = commandLine.size();
     for (const wchar_t* part : kParts)
     {
         EXPECT_EQ(help.substr(position, std::wcslen(part)), part);

@@ -17,7 +17,7 @@ struct Free
 };
 using Block = std::unique_ptr<char, Free>;
 
-Block Filled(size_t bytes)
+Block Filled(std::size_t bytes)
 {
     Block block(static_cast<char*>(std::malloc(bytes)));
     std::fill_n(block.get(), bytes, 'x');
@@ -25,7 +25,7 @@ Block Filled(size_t bytes)
 }
 
 /// Null, and the old block kept, when it cannot be resized.
-Block Resized(Block& old, size_t count, size_t size)
+Block Resized(Block& old, std::size_t count, std::size_t size)
 {
     Block resized(static_cast<char*>(::_recalloc(old.get(), count, size)));
     if (resized)
@@ -36,9 +36,9 @@ Block Resized(Block& old, size_t count, size_t size)
 }
 
 /// A size that no memory can provide, kept from the compiler, which knows that too.
-size_t Impossible()
+std::size_t Impossible()
 {
-    volatile size_t size = SIZE_MAX / 2;
+    volatile std::size_t size = SIZE_MAX / 2;
     return size;
 }
 
@@ -55,8 +55,8 @@ TEST(Recalloc, GrownBlockKeepsItsBytesAndIsZeroAfterThem)
 // What was written past the end of so large a block would not go unnoticed.
 TEST(Recalloc, LargeBlockIsZeroUpToItsEnd)
 {
-    constexpr size_t kOld = size_t{64} << 20;
-    constexpr size_t kNew = kOld + 4'096;
+    constexpr std::size_t kOld = std::size_t{64} << 20;
+    constexpr std::size_t kNew = kOld + 4'096;
     Block block = Filled(kOld);
     const Block resized = Resized(block, kNew, 1);
     ASSERT_TRUE(resized);

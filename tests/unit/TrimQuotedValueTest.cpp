@@ -11,7 +11,7 @@ struct Row
     const wchar_t* value;
 };
 
-template <size_t N>
+template <std::size_t N>
 void ExpectRows(const Row (&rows)[N])
 {
     for (const Row& row : rows)

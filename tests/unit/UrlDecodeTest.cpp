@@ -13,7 +13,7 @@ std::wstring Decode(const std::wstring& text)
 {
     const CString decoded =
         CQuilletApp::UrlDecode(CString(text.data(), static_cast<int>(text.size())));
-    return {decoded.GetString(), static_cast<size_t>(decoded.GetLength())};
+    return {decoded.GetString(), static_cast<std::size_t>(decoded.GetLength())};
 }
 
 bool ReadsBeyondTheEnd(const std::wstring& text)
@@ -43,7 +43,7 @@ struct Row
     const wchar_t* decoded;
 };
 
-template <size_t N>
+template <std::size_t N>
 void ExpectRows(const Row (&rows)[N])
 {
     for (const Row& row : rows)
