@@ -26,7 +26,7 @@ ElementTree.register_namespace("", WIX[1:-1])
 # Whatever the installer has to recognise again gets an id that follows from its name. Never change this number.
 NAMES = uuid.UUID("e6304ead-4d73-47a5-b9f6-54128203fad5")
 
-# Of the examples, what comes without being asked for, because the handbook begins with it.
+# Of the examples that quillet.wxs does not name, what comes without being asked for, because the handbook begins with it.
 ALWAYS = ("examples/host/example_host.exe", "examples/call-builder/call-builder.html")
 # The code page in which the tables' texts are stored: that of German.
 CODE_PAGE = 1252
