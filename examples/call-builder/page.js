@@ -87,6 +87,9 @@
     return value === signed || value === BigInt.asUintN(bits, value) ? signed : undefined;
   }
 
+  // What Explorer copies as a path stands in quotes.
+  const programPath = () => field('program').value.trim().replace(/^"(.*)"$/, '$1');
+
   // What the fields say, and which of the numbers are none.
   function readFields() {
     const sendsText = field('sends-text').checked;
@@ -140,6 +143,7 @@
     const lacking = copydataencoding === 'ANSI' && !base64url ? notWestern(copydata) : '';
     return [
       ...unreadable.map((name) => ['warning', warnings.number(name)]),
+      ...(isProgram(programPath()) && !/^([a-z]:|\\)\\.*\.exe$/i.test(programPath()) ? [['warning', warnings.program]] : []),
       ...(sendsText && entered === '' ? [['warning', warnings.empty]] : []),
       ...(!sendsText && msg < 0n ? [['warning', warnings.system]] : []),
       ...(!seaglob && /[*?[]/.test(kla + nam) ? [['information', warnings.starless]] : []),
@@ -171,7 +175,7 @@
 
   function showMeaning(fields) {
     const { settings } = fields;
-    const [program, scheme] = [field('program').value, field('scheme').value];
+    const [program, scheme] = [programPath(), field('scheme').value];
     field('meaning').replaceChildren(...rich(meaningOf(fields)));
     const list = plainWarnings(fields).map(([kind, source]) => item(kind, source));
     for (const name of ['kla', 'nam', 'copydata']) {
@@ -187,7 +191,7 @@
       }
     }
     if (list.length === 0 && (settings.kla || settings.nam)) {
-      list.push(item('arrives', text.meaning.arrives));
+      list.push(item('arrives', fields.base64url ? text.meaning.arrivesEncoded : text.meaning.arrives));
     }
     const shownAlready = list.map((entry) => entry.outerHTML).join('') === field('warnings').innerHTML;
     if (!shownAlready) { // a reader of the screen would say it again
@@ -198,7 +202,7 @@
   // --- the call and the registration
 
   function showCalls({ settings }) {
-    const program = field('program').value;
+    const program = programPath();
     const scheme = field('scheme').value;
     field('program').setAttribute('aria-invalid', !isProgram(program));
     const copying = (result) => [[text.copy, (button) => copy(result.source, button)]];
@@ -211,8 +215,8 @@
     field('calls').replaceChildren(callCard('link', link, true), callCard('html', html, true),
       ...Object.entries(FORMS).map(([id, { tried }]) => {
         const result = writeForm(id, program, settings);
-        return callCard(id, result, tried, result.way === 'link' && text.byLink,
-          id === 'batch' && result.source?.startsWith('chcp') && text.codePage);
+        const codePage = id === 'batch' && result.source?.startsWith('chcp'); // which Wine's cmd does not obey
+        return callCard(id, result, tried && !codePage, result.way === 'link' && text.byLink, codePage && text.codePage);
       }));
 
     const everybody = field('all-users').checked;
@@ -221,7 +225,7 @@
     const file = (id, name, content) => {
       const result = { source: content.replace(/\r\n/g, '\n'), refused };
       const saving = [text.save, () => save(`${id}${suffix}.reg`, content)];
-      return card(`registry-${id}`, name, result, [], [...copying(result), saving], true);
+      return card(`registry-${id}`, name, result, [text.merge], [...copying(result), saving], true);
     };
     field('registry').replaceChildren(file('register', text.register, registration(scheme, program, everybody)),
       file('unregister', text.remove, removal(scheme, everybody)));

@@ -140,6 +140,20 @@ class CallBuilder(unittest.TestCase):
         self.assertEqual(self.shown(), self.written(
             {"kla": "QuilletBeispielHost", "copydata": "UHJlaXMgIjUg4oKsIiAtbm9kbGc"}))
 
+    def test_takes_a_path_as_it_is_copied_and_warns_of_half_a_one(self):
+        self.browser.type("#program", r'"D:\Quillet\quillet.exe"')
+        settings = {"kla": "QuilletBeispielHost", "copydata": "Vorgang 4711"}
+        self.assertEqual(self.shown(), self.written(settings, r"D:\Quillet\quillet.exe"))
+        self.assertEqual(self.browser.script("return document.querySelectorAll('.warning').length;"), 0)
+        for half in ("quillet.exe", r"D:\Quillet"):
+            self.browser.type("#program", half)
+            self.assertIn("kein ganzer Pfad", self.browser.script("return document.querySelector('#warnings').textContent;"))
+
+    def test_marks_what_has_not_run(self):
+        self.assertEqual(self.browser.script("return document.querySelectorAll('#call-batch .untried').length;"), 0)
+        self.browser.type("#copydata", "Größe")
+        self.assertEqual(self.browser.script("return document.querySelectorAll('#call-batch .untried').length;"), 1)
+
     def test_sends_notifications(self):
         self.browser.click("#sends-notification")
         self.browser.type("#wparam", "0xFFFFFFFFFFFFFFFF")
