@@ -205,6 +205,12 @@ End Function`;
 
   const isProgram = (program) => /^[^\0-\x1f"%*?<>|]+$/.test(program);
 
+  // Where the program lies when a page is opened from a package, or nothing.
+  function programBeside(address) {
+    const found = /^file:\/\/\/([a-z]:\/[^?#]*)examples\/call-builder\/[^/?#]*(?:[?#]|$)/i.exec(address);
+    return found ? `${decodeURIComponent(found[1]).replace(/\//g, '\\')}quillet.exe` : undefined;
+  }
+
   // { source, way, line }: what to write, and the command line that the program gets by it. Or { refused } with the reason
   // ('program', 'unreadable', 'control', 'variable', 'long').
   function writeForm(name, program, settings) {
@@ -309,7 +315,7 @@ End Function`;
     }
   }
 
-  Object.assign(exported, { FORMS, NONE, writeForm, writeLink, htmlOf, registration, removal, utf16Bytes, isProgram, obstacles,
-    plainly });
+  Object.assign(exported, { FORMS, NONE, writeForm, writeLink, htmlOf, registration, removal, utf16Bytes, isProgram, programBeside,
+    obstacles, plainly });
 })(...(typeof module === 'object' ? [module.exports, require('../url-scheme/quillet-link.js'), require('./reading.js')]
   : [window, window, window]));

@@ -283,5 +283,6 @@
   }
   document.addEventListener('input', show);
   field('settings').addEventListener('submit', (event) => event.preventDefault());
+  field('program').value = programBeside(location.href) ?? field('program').value;
   speak(location.hash === '#en' ? 'en' : 'de');
 })();

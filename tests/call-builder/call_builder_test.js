@@ -217,6 +217,14 @@ test('a key that nobody looks up can end the program, too', () => {
   assert.strictEqual(readCommandLine('q -url=x?\u20AC=%&kla=A').kla, 'A');
 });
 
+test('a page in a package knows where the program lies', () => {
+  const page = 'examples/call-builder/call-builder.html';
+  assert.equal(calls.programBeside(`file:///C:/Users/M%C3%BCller%20GmbH/Quillet/${page}#en`), 'C:\\Users\\Müller GmbH\\Quillet\\quillet.exe');
+  for (const elsewhere of [`file:///home/me/Quillet/${page}`, 'file:///C:/Quillet/call-builder.html', `https://host/C:/${page}`]) {
+    assert.equal(calls.programBeside(elsewhere), undefined, elsewhere);
+  }
+});
+
 test('HTML is escaped', () => {
   assert.strictEqual(calls.htmlOf('a:?b&c', '<"&>'), '<a href="a:?b&amp;c">&lt;&quot;&amp;&gt;</a>');
 });
