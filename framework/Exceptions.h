@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+/// As <wtypesbase.h> declares it, which would bring all of COM along.
+using SCODE = LONG;
+
 class CException
 {
 public:
