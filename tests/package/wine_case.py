@@ -20,12 +20,12 @@ class WineCase(WithFolder):
 
     maxDiff = None
 
-    before = None  # what every test of a run begins and ends with
+    files_before = registry_before = None  # what every test of a run begins and ends with
 
     def setUp(self):
         super().setUp()
-        if not WineCase.before:
-            WineCase.before = self.state()
+        if not WineCase.files_before:
+            WineCase.files_before, WineCase.registry_before = self.files(), self.registry()
 
     def wine(self, *arguments, folder=None):
         """The exit code, or its lower eight bits; output goes to a file, since Wine's services hold a pipe open."""
@@ -76,12 +76,11 @@ class WineCase(WithFolder):
                 found.add(f"{name} {facts.st_size} {facts.st_mtime_ns}" if path.is_file() else name)
         return found
 
-    def state(self):
-        return self.registry() | self.files()
+    def expect_same(self, before, after):
+        self.assertEqual((sorted(after - before), sorted(before - after)), ([], []))
 
-    def expect_nothing_left(self):
-        after = self.state()
-        self.assertEqual((sorted(after - self.before), sorted(self.before - after)), ([], []))
+    def expect_no_file_left(self):
+        self.expect_same(self.files_before, self.files())
 
     def value(self, key):
         """The text of a key's default value, or None."""
