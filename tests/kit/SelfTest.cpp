@@ -88,7 +88,7 @@ std::filesystem::path ReportFile(const std::filesystem::path& folder)
                                         : std::filesystem::temp_directory_path() / name;
 }
 
-int Run(const Options& options)
+int RunAll(const Options& options)
 {
     const std::filesystem::path folder = BuiltProgram(L"").parent_path();
     const std::filesystem::path file = ReportFile(folder);
@@ -142,7 +142,7 @@ try
     ::AssignProcessToJobObject(MakeKillOnCloseJob(), ::GetCurrentProcess());
     // A test program that crashes must not wait for somebody to close a box; it inherits this.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
-    const int code = Run(*options);
+    const int code = RunAll(*options);
     // Keys that tests have pressed are not for whoever waits for one next.
     ::FlushConsoleInputBuffer(::GetStdHandle(STD_INPUT_HANDLE));
     return code;

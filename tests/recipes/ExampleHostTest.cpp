@@ -18,18 +18,18 @@ constexpr UINT kHostAnswer = WM_USER + 2; // what the example host answers
 constexpr WPARAM kHostButton = 1;
 
 /// A window in the place of a wait dialog. What is posted to it stays in this thread's queue.
-class Caller
+class WaitingWindow
 {
 public:
-    explicit Caller(const wchar_t* className = kDialogClass, const wchar_t* caption = L"")
+    explicit WaitingWindow(const wchar_t* className = kDialogClass, const wchar_t* caption = L"")
         : m_window(::CreateWindowExW(0, className, caption, WS_POPUP, 0, 0, 10, 10, nullptr,
                                      nullptr, nullptr, nullptr))
     {
         EXPECT_NE(m_window, nullptr);
     }
-    ~Caller() { ::DestroyWindow(m_window); }
-    Caller(const Caller&) = delete;
-    Caller& operator=(const Caller&) = delete;
+    ~WaitingWindow() { ::DestroyWindow(m_window); }
+    WaitingWindow(const WaitingWindow&) = delete;
+    WaitingWindow& operator=(const WaitingWindow&) = delete;
 
     HWND Handle() const { return m_window; }
 
@@ -123,7 +123,7 @@ void ExpectTextsToBeShownAndAnsweredOnce(UINT first, UINT last)
     const ExampleHost host;
     std::mt19937 random(RandomSeed());
     std::uniform_int_distribution<UINT> anyMessage(WM_USER, 0xFFFF);
-    const Caller caller;
+    const WaitingWindow caller;
     int texts = 0;
     for (UINT message = first; message <= last; ++message)
     {
@@ -139,7 +139,7 @@ void ExpectTextsToBeShownAndAnsweredOnce(UINT first, UINT last)
             ASSERT_TRUE(WaitUntil([&] { return caller.Answers() == 1; })) << text;
         }
     }
-    const Caller end;
+    const WaitingWindow end;
     ASSERT_EQ(host.Ask(L"Ende", end.Handle()), TRUE);
     ASSERT_TRUE(WaitUntil([&] { return end.Answers() == 1; })); // answers come in order
     EXPECT_EQ(caller.Answers(), 0u);
@@ -178,7 +178,7 @@ TEST(ExampleHost, LinkWithTheHostsOwnMessageTakesNothingFromAnybody)
 TEST(ExampleHost, ForgedTimerAnswersNothingBeforeItsTime)
 {
     const ExampleHost host(L"--delay=3600000");
-    const Caller caller;
+    const WaitingWindow caller;
     ASSERT_EQ(host.Ask(L"spät", caller.Handle()), TRUE);
     ASSERT_TRUE(host.WaitUntilItSays("»spät«"));
     host.Forge(WM_TIMER, 1);
@@ -200,7 +200,7 @@ TEST(ExampleHost, LinkPressesTheButtonAndTheCallerGetsTheAnswer)
 TEST(ExampleHost, NotificationIsNotAnsweredToTheCallerOfAText)
 {
     const ExampleHost host(L"--manual");
-    const Caller caller(kDialogClass, kWaitDialogCaption);
+    const WaitingWindow caller(kDialogClass, kWaitDialogCaption);
     host.Forge(WM_USER + 5);
     ASSERT_EQ(host.Ask(L"Freigabe", caller.Handle()), TRUE);
     ASSERT_TRUE(host.WaitUntilItSays("»Freigabe«"));
@@ -216,7 +216,7 @@ TEST(ExampleHost, NotificationIsNotAnsweredToTheCallerOfAText)
 TEST(ExampleHost, OnlyDialogsAreAnswered)
 {
     const ExampleHost host;
-    const Caller window(L"Static");
+    const WaitingWindow window(L"Static");
     EXPECT_EQ(host.Ask(L"a", window.Handle()), TRUE);
     EXPECT_TRUE(host.WaitUntilItSays("dort ist kein Dialog, oder keiner mehr"));
     EXPECT_EQ(window.Answers(), 0u);
@@ -226,7 +226,7 @@ TEST(ExampleHost, LongestTextIsTakenAndALongerOneRefused)
 {
     constexpr std::size_t kLongest = 98'298; // bytes
     const ExampleHost host;
-    const Caller caller;
+    const WaitingWindow caller;
     const std::wstring text(kLongest / sizeof(wchar_t) + 1, L'a');
     EXPECT_EQ(host.Ask(text.data(), kLongest + 1, caller.Handle()), FALSE);
     EXPECT_EQ(host.Ask(text.data(), kLongest, caller.Handle()), TRUE);
@@ -237,7 +237,7 @@ TEST(ExampleHost, LongestTextIsTakenAndALongerOneRefused)
 TEST(ExampleHost, ControlCharactersAreShownAsDots)
 {
     const ExampleHost host;
-    const Caller caller;
+    const WaitingWindow caller;
     EXPECT_EQ(host.Ask(L"a\r\n\t\x7F\x80\x85\x9F\u061C\u200E\u200F\u2028\u2029\u202A\u202E\u2066"
                        L"\u2069z \u00A0\u00DF\u200D\u20AC",
                        caller.Handle()),

@@ -69,7 +69,7 @@ public:
 
 void JustWait(const RunOfCopy&) {}
 
-void Cancel(const RunOfCopy& run)
+void CancelWaiting(const RunOfCopy& run)
 {
     ::PostMessageW(WaitForBox(run.Id(), kWaitDialogCaption), WM_COMMAND, IDCANCEL, 0);
 }
@@ -83,7 +83,7 @@ void LookAtTheAboutBoxAndCancel(const RunOfCopy& run)
 {
     ::PostMessageW(WaitForBox(run.Id(), kWaitDialogCaption), WM_SYSCOMMAND, IDM_ABOUTBOX, 0);
     ::PostMessageW(WaitForBox(run.Id(), kAboutBoxCaption), WM_COMMAND, IDOK, 0);
-    Cancel(run);
+    CancelWaiting(run);
 }
 
 struct Shape
@@ -100,7 +100,7 @@ const Shape kShapes[] = {
     {"answered text", L" -copydata=Größe -copydataencoding=UTF-8 -kla=", JustWait, 42},
     {"text in the ANSI code page", L" -nodlg -copydata=Größe -copydataencoding=ANSI -kla=",
      JustWait, kResultAccepted},
-    {"notification, cancelled", L" -msg=7 -kla=", Cancel, kResultCancelled},
+    {"notification, cancelled", L" -msg=7 -kla=", CancelWaiting, kResultCancelled},
     {"About box", L" -kla=", LookAtTheAboutBoxAndCancel, kResultCancelled},
     {"URL", L" -url=x:y?copydata=a%C3%A4&copydataencoding=UTF-8&kla=", JustWait, 42},
     {"pattern and activation", L" -seaglob -activatewindow -copydata=abc -kla=*", JustWait, 42},

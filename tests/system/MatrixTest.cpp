@@ -69,7 +69,7 @@ struct Row
 };
 
 // clang-format off
-constexpr Row kRows[] = {
+constexpr Row kTable[] = {
     // Without a dialog only the delivery counts; an accepted notification stores nothing, so it stays at -1.
     {Dialog::None, Delivery::Notification, Host::Silent, -1, After::EndsAtOnce},
     {Dialog::None, Delivery::Notification, Host::Refuses, -1, After::EndsAtOnce}, // nobody reads its result
@@ -381,7 +381,7 @@ bool Applies(const Row& row, const Wording& wording)
 }
 
 // A worker thread must not let an exception out.
-std::string Outcome(Case&& run)
+std::string FailureOf(Case&& run)
 {
     try
     {
@@ -408,16 +408,16 @@ TEST_P(Matrix, EveryWordingEndsAsTheTableSays)
     }
 
     // Several at a time: the runs know nothing of each other.
-    constexpr std::size_t kAtATime = 4;
+    constexpr std::size_t kRunsAtATime = 4;
     std::vector<std::string> failures(wordings.size());
     std::atomic<std::size_t> next{0};
     std::vector<std::jthread> workers;
-    for (std::size_t worker = 0; worker < kAtATime; ++worker)
+    for (std::size_t worker = 0; worker < kRunsAtATime; ++worker)
     {
         workers.emplace_back([&] {
             for (std::size_t i = next++; i < wordings.size(); i = next++)
             {
-                failures[i] = Outcome(Case(GetParam(), wordings[i]));
+                failures[i] = FailureOf(Case(GetParam(), wordings[i]));
             }
         });
     }
@@ -428,7 +428,7 @@ TEST_P(Matrix, EveryWordingEndsAsTheTableSays)
     }
 }
 
-std::string NameOf(const testing::TestParamInfo<Row>& row)
+std::string NameOfRow(const testing::TestParamInfo<Row>& row)
 {
     constexpr const char* kDialogs[] = {"DialogShown", "DialogMinimised", "NoDialog"};
     constexpr const char* kDeliveries[] = {"Notification", "CopyData"};
@@ -439,6 +439,6 @@ std::string NameOf(const testing::TestParamInfo<Row>& row)
            kHosts[static_cast<int>(row.param.host)];
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, Matrix, testing::ValuesIn(kRows), &NameOf);
+INSTANTIATE_TEST_SUITE_P(Table, Matrix, testing::ValuesIn(kTable), &NameOfRow);
 
 } // namespace

@@ -363,7 +363,7 @@ const UserAction kHarmlessActions[] = {
     {"LoseFocusAndGetItBack", LoseFocusAndGetItBack},
 };
 
-std::string NameOf(const testing::TestParamInfo<UserAction>& info)
+std::string NameOfAction(const testing::TestParamInfo<UserAction>& info)
 {
     return info.param.name;
 }
@@ -379,7 +379,7 @@ TEST_P(CancellingAction, EndsWithMinusOne)
 }
 
 INSTANTIATE_TEST_SUITE_P(WaitDialog, CancellingAction, testing::ValuesIn(kCancellingActions),
-                         NameOf);
+                         NameOfAction);
 
 class HarmlessAction : public InFront<WaitDialog>, public testing::WithParamInterface<UserAction>
 {
@@ -403,7 +403,8 @@ TEST_P(HarmlessAction, KeepsEnterACancel)
     EXPECT_EQ(run.WaitForExit(), kResultCancelled);
 }
 
-INSTANTIATE_TEST_SUITE_P(WaitDialog, HarmlessAction, testing::ValuesIn(kHarmlessActions), NameOf);
+INSTANTIATE_TEST_SUITE_P(WaitDialog, HarmlessAction, testing::ValuesIn(kHarmlessActions),
+                         NameOfAction);
 
 class RandomActions : public InFront<WaitDialog>, public testing::WithParamInterface<int>
 {

@@ -29,7 +29,7 @@ int Match(std::u16string_view text, std::u16string_view pattern)
     return GlobMatch(guardedText.Get(), guardedPattern.Get());
 }
 
-struct Row
+struct MatchRow
 {
     const char16_t* text;
     const char16_t* pattern;
@@ -37,9 +37,9 @@ struct Row
 };
 
 template <std::size_t N>
-void ExpectRows(const Row (&rows)[N])
+void ExpectMatches(const MatchRow (&rows)[N])
 {
-    for (const Row& row : rows)
+    for (const MatchRow& row : rows)
     {
         EXPECT_EQ(Match(row.text, row.pattern), row.result)
             << "text: " << Readable(row.text) << "  pattern: " << Readable(row.pattern);
@@ -48,7 +48,7 @@ void ExpectRows(const Row (&rows)[N])
 
 TEST(GlobMatch, LiteralsMatchTheWholeTextOnly)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"", u"", 1},
         {u"a", u"", 0},
         {u"", u"a", 0},
@@ -67,7 +67,7 @@ TEST(GlobMatch, LiteralsMatchTheWholeTextOnly)
 
 TEST(GlobMatch, QuestionMarkTakesOneUnit)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"", u"?", 0},
         {u"", u"*?", 0},
         {u"a", u"?", 1},
@@ -86,7 +86,7 @@ TEST(GlobMatch, QuestionMarkTakesOneUnit)
 
 TEST(GlobMatch, StarTakesAnyRun)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"", u"*", 1},
         {u"", u"**", 1},
         {u"", u"*a", 0},
@@ -118,7 +118,7 @@ TEST(GlobMatch, StarTakesAnyRun)
 TEST(GlobMatch, SetTakesOneOfItsMembers)
 {
     // clang-format off
-    ExpectRows({
+    ExpectMatches({
         {u"b", u"[abc]", 1},
         {u"d", u"[abc]", 0},
         {u"", u"[abc]", 0},
@@ -153,7 +153,7 @@ TEST(GlobMatch, SetTakesOneOfItsMembers)
 
 TEST(GlobMatch, SetKnowsNoNegation)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"!", u"[!a]", 1},
         {u"a", u"[!a]", 1},
         {u"b", u"[!a]", 0},
@@ -164,7 +164,7 @@ TEST(GlobMatch, SetKnowsNoNegation)
 
 TEST(GlobMatch, SetKnowsNoEscape)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"\\", u"[\\]", 1},
         {u"]", u"[\\]", 0},
         {u"a", u"[\\a]", 1},
@@ -177,7 +177,7 @@ TEST(GlobMatch, SetKnowsNoEscape)
 
 TEST(GlobMatch, ClosingBracketIsNoMember)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"a", u"[]", 0},
         {u"", u"[]", 0},
         {u"a", u"[]a]", 0}, // closed at once, without a member
@@ -189,7 +189,7 @@ TEST(GlobMatch, ClosingBracketIsNoMember)
 
 TEST(GlobMatch, ClosingBracketAsBoundClosesOnlyWhenItsRangeMatches)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"-", u"[a-]", 0}, // the range from "]" to "a", and no "-"
         {u"^", u"[a-]", 1},
         {u"]", u"[a-]", 1},
@@ -213,7 +213,7 @@ TEST(GlobMatch, ClosingBracketAsBoundClosesOnlyWhenItsRangeMatches)
 
 TEST(GlobMatch, WhatFollowsTheMatchingMemberIsSkippedUnread)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"a", u"[a\\]", 1},
         {u"a", u"[a[]", 1},
         {u"ab", u"[ac-]b", 1}, // "a" matched, so "c-]" is no range any more
@@ -227,7 +227,7 @@ TEST(GlobMatch, WhatFollowsTheMatchingMemberIsSkippedUnread)
 TEST(GlobMatch, UnclosedSetReachesToTheEndOfThePattern)
 {
     // clang-format off
-    ExpectRows({
+    ExpectMatches({
         {u"[", u"[", 0},
         {u"", u"[", 0},
         {u"b", u"[a", 0},
@@ -253,7 +253,7 @@ TEST(GlobMatch, UnclosedSetReachesToTheEndOfThePattern)
 
 TEST(GlobMatch, BackslashMakesTheNextUnitOrdinary)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"[", u"\\[", 1},
         {u"*", u"\\*", 1},
         {u"a", u"\\*", 0},
@@ -274,7 +274,7 @@ TEST(GlobMatch, BackslashMakesTheNextUnitOrdinary)
 
 TEST(GlobMatch, TrailingBackslashNeverMatches)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"\\", u"\\", 0},
         {u"", u"\\", 0},
         {u"ab\\", u"ab\\", 0},
@@ -286,7 +286,7 @@ TEST(GlobMatch, TrailingBackslashNeverMatches)
 
 TEST(GlobMatch, GoingBackToTheLastStarOnlyWouldBeWrongForVaryingSets)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"abc", u"*[a-]*b]c", 1}, // "a" takes the set to its first "]", "b" to its second
         {u"abc", u"*[a-]*b]d", 0},
         {u"aab]c", u"*[a-]*b]c", 1},
@@ -309,7 +309,7 @@ TEST(GlobMatch, GoingBackToTheLastStarOnlyWouldBeWrongForVaryingSets)
 
 TEST(GlobMatch, UnitsAreUnsignedAndCharactersAreNotDecoded)
 {
-    ExpectRows({
+    ExpectMatches({
         {u"\u00E4\u20AC", u"\u00E4?", 1},
         {u"\u00E4", u"\u00C4", 0},
         {u"e\u0301", u"\u00E9", 0}, // no normalisation

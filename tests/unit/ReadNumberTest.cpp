@@ -10,14 +10,14 @@ namespace
 
 constexpr int kUnchanged = 77;
 
-struct Row
+struct NumberRow
 {
     const wchar_t* text;
     std::int64_t number;
 };
 
 // The same rules hold for both widths.
-constexpr Row kRows[] = {
+constexpr NumberRow kNumbers[] = {
     {L"5", 5},
     {L"0", 0},
     {L"-3", -3},
@@ -71,7 +71,7 @@ Number Read(const wchar_t* text)
 
 TEST(ReadNumber, FollowsTheScanRules)
 {
-    for (const auto& [text, number] : kRows)
+    for (const auto& [text, number] : kNumbers)
     {
         EXPECT_EQ(Read<std::int32_t>(text), number) << "text: <" << text << ">";
         EXPECT_EQ(Read<std::int64_t>(text), number) << "text: <" << text << ">";
@@ -91,7 +91,7 @@ TEST(ReadNumber, PassesOverWhatThePlatformCallsWhiteSpace)
 
 TEST(ReadNumber, WideFieldTakesSixtyFourBits)
 {
-    constexpr Row kWideRows[] = {
+    constexpr NumberRow kWideRows[] = {
         {L"4294967296", 4294967296LL},
         {L"-4294967297", -4294967297LL},
         {L"9223372036854775807", INT64_MAX},
@@ -108,7 +108,7 @@ TEST(ReadNumber, WideFieldTakesSixtyFourBits)
 
 TEST(ReadNumber, NarrowFieldKeepsTheLowBits)
 {
-    constexpr Row kRowsBeyond[] = {
+    constexpr NumberRow kRowsBeyond[] = {
         {L"0xffffffff", -1},          {L"0xfffffc00", -1024}, // with WM_USER the message 0
         {L"037777777777", -1},        {L"2147483648", INT32_MIN}, {L"-2147483649", INT32_MAX},
         {L"4294967295", -1},          {L"4294967296", 0},         {L"-4294967297", -1},
@@ -123,7 +123,7 @@ TEST(ReadNumber, NarrowFieldKeepsTheLowBits)
 #ifdef __MINGW32__ // what the newer library that Visual C++ links makes of these has not been tried
 TEST(ReadNumber, WideFieldKeepsTheLowBits)
 {
-    constexpr Row kRowsBeyond[] = {
+    constexpr NumberRow kRowsBeyond[] = {
         {L"0xffffffffffffffff", -1},         {L"-0xffffffffffffffff", 1},
         {L"0xfffffffffffffc00", -1024},      {L"01777777777777777777777", -1},
         {L"9223372036854775808", INT64_MIN}, {L"18446744073709551615", -1},

@@ -5,16 +5,16 @@
 namespace
 {
 
-struct Row
+struct TrimRow
 {
     const wchar_t* text;
     const wchar_t* value;
 };
 
 template <std::size_t N>
-void ExpectRows(const Row (&rows)[N])
+void ExpectTrimmed(const TrimRow (&rows)[N])
 {
-    for (const Row& row : rows)
+    for (const TrimRow& row : rows)
     {
         EXPECT_EQ(std::wstring(TrimQuotedValue(row.text)), row.value) << "text: " << row.text;
     }
@@ -22,7 +22,7 @@ void ExpectRows(const Row (&rows)[N])
 
 TEST(TrimQuotedValue, QuotedValueRunsToTheNextQuote)
 {
-    ExpectRows({
+    ExpectTrimmed({
         {L"\"abc\"", L"abc"},
         {L"\"Mein Fenster\" -nodlg", L"Mein Fenster"},
         {L"\"\"", L""},
@@ -36,7 +36,7 @@ TEST(TrimQuotedValue, QuotedValueRunsToTheNextQuote)
 
 TEST(TrimQuotedValue, UnclosedQuoteTakesTheRest)
 {
-    ExpectRows({
+    ExpectTrimmed({
         {L"\"abc -msg=5", L"abc -msg=5"},
         {L"\"", L""},
         {L"\" ", L" "},
@@ -45,7 +45,7 @@ TEST(TrimQuotedValue, UnclosedQuoteTakesTheRest)
 
 TEST(TrimQuotedValue, UnquotedValueEndsBeforeTheFirstBlank)
 {
-    ExpectRows({
+    ExpectTrimmed({
         {L"", L""},
         {L" ", L""},
         {L" abc", L""},

@@ -16,16 +16,16 @@ std::wstring Cut(const std::wstring& line)
     return CutUrlArgument(CommandLine(line.c_str()));
 }
 
-struct Row
+struct ArgumentRow
 {
     const wchar_t* line;
     const wchar_t* url;
 };
 
 template <std::size_t N>
-void ExpectRows(const Row (&rows)[N])
+void ExpectArguments(const ArgumentRow (&rows)[N])
 {
-    for (const Row& row : rows)
+    for (const ArgumentRow& row : rows)
     {
         EXPECT_EQ(Cut(row.line), row.url) << "line: " << std::wstring(row.line);
     }
@@ -33,7 +33,7 @@ void ExpectRows(const Row (&rows)[N])
 
 TEST(UrlArgument, IsFoundAfterABlankInAnyLetterCase)
 {
-    ExpectRows({
+    ExpectArguments({
         {L"q -url=x?msg=1", L"x?msg=1"},
         {L"q -URL=x?Msg=A", L"x?Msg=A"}, // the URL itself keeps its letter case
         {L"q -uRl=X", L"X"},
@@ -54,7 +54,7 @@ TEST(UrlArgument, IsFoundAfterABlankInAnyLetterCase)
 
 TEST(UrlArgument, UnquotedEndsAtTheFirstBlank)
 {
-    ExpectRows({
+    ExpectArguments({
         {L"q -url=x?msg=1 -nodlg", L"x?msg=1"},
         {L"q -url=x\ty\nz w", L"x\ty\nz"},
         {L"q -url=x\"y z\"", L"x\"y"}, // a quote further on is nothing special
@@ -66,7 +66,7 @@ TEST(UrlArgument, UnquotedEndsAtTheFirstBlank)
 
 TEST(UrlArgument, QuotedEndsAtTheFirstQuoteThatOpensNoValue)
 {
-    ExpectRows({
+    ExpectArguments({
         {L"q -url=\"x?nam=a b\" -nodlg", L"x?nam=a b"},
         {L"q -url=\"x?nam=\"A B\"&msg=2\" -nodlg", L"x?nam=\"A B\"&msg=2"},
         {L"q -url=\"x?a=\"1\"&b=\"2\"\" \"y\"", L"x?a=\"1\"&b=\"2\""},
@@ -79,7 +79,7 @@ TEST(UrlArgument, QuotedEndsAtTheFirstQuoteThatOpensNoValue)
 
 TEST(UrlArgument, QuoteRightAfterTheBeginningClosesInSpiteOfAnEqualsSign)
 {
-    ExpectRows({
+    ExpectArguments({
         {L"q -url=\"=\"a\"", L"="},
         {L"q -url=\"a=\"b\"", L"a=\"b\""}, // the first place where a value can open
         {L"q -url=\"a=\"b\"c\"", L"a=\"b\"c"},
@@ -88,7 +88,7 @@ TEST(UrlArgument, QuoteRightAfterTheBeginningClosesInSpiteOfAnEqualsSign)
 
 TEST(UrlArgument, WithoutClosingQuoteReachesToTheEndOfTheLine)
 {
-    ExpectRows({
+    ExpectArguments({
         {L"q -url=\"x?msg=1 -nodlg", L"x?msg=1 -nodlg"},
         {L"q -url=\"", L""},
         {L"q -url=\"a=\"b -nodlg", L"a=\"b -nodlg"}, // opened, never closed
@@ -101,7 +101,7 @@ TEST(UrlArgument, WithoutClosingQuoteReachesToTheEndOfTheLine)
 // Every text of up to nine units, so that quotes stand in every position to each other.
 TEST(UrlArgument, IsCutAsThePlainRulesSayForAllShortTexts)
 {
-    constexpr wchar_t kUnits[] = {L'"', L'=', L' ', L'a'};
+    constexpr wchar_t kAlphabet[] = {L'"', L'=', L' ', L'a'};
     constexpr std::size_t kLongest = 9;
     int compared = 0;
     for (std::size_t length = 0; length <= kLongest; ++length)
@@ -111,7 +111,7 @@ TEST(UrlArgument, IsCutAsThePlainRulesSayForAllShortTexts)
             std::wstring raw;
             for (std::size_t place = 0; place < length; ++place)
             {
-                raw += kUnits[number >> (2 * place) & 3];
+                raw += kAlphabet[number >> (2 * place) & 3];
             }
             ASSERT_EQ(Cut(L"q -url=" + raw), plain::CutUrl(raw)) << "value: " << raw;
             ++compared;

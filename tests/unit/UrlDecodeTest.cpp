@@ -37,16 +37,16 @@ std::wstring Escape(unsigned byte, const wchar_t* highDigits = L"0123456789ABCDE
     return {L'%', highDigits[byte >> 4], lowDigits[byte & 0xF]};
 }
 
-struct Row
+struct DecodeRow
 {
     const wchar_t* text;
     const wchar_t* decoded;
 };
 
 template <std::size_t N>
-void ExpectRows(const Row (&rows)[N])
+void ExpectDecoded(const DecodeRow (&rows)[N])
 {
-    for (const Row& row : rows)
+    for (const DecodeRow& row : rows)
     {
         EXPECT_EQ(Decode(row.text), row.decoded) << "text: " << std::wstring(row.text);
     }
@@ -91,7 +91,7 @@ TEST(UrlDecode, RestoresEachSingleEscapeOrLeavesItAsWritten)
 
 TEST(UrlDecode, LeavesTextWithoutEscapesAlone)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"", L""},
         {L"abc", L"abc"},
         {L"a+b", L"a+b"}, // a "+" never becomes a blank
@@ -103,7 +103,7 @@ TEST(UrlDecode, LeavesTextWithoutEscapesAlone)
 
 TEST(UrlDecode, RestoresCharactersOfBothTablesAndControls)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"%3D", L"="},
         {L"%20", L" "},
         {L"%0A", L"\n"},
@@ -117,7 +117,7 @@ TEST(UrlDecode, RestoresCharactersOfBothTablesAndControls)
 
 TEST(UrlDecode, LeavesLettersDigitsPercentAndHighBytesAsWritten)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"%41", L"%41"},
         {L"%25", L"%25"},
         {L"%1F", L"%1F"}, // a control character, but kept
@@ -131,7 +131,7 @@ TEST(UrlDecode, LeavesLettersDigitsPercentAndHighBytesAsWritten)
 
 TEST(UrlDecode, LeavesWhatIsNoEscapeAsWritten)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"%GG", L"%GG"},
         {L"%4G", L"%4G"},
         {L"%G4", L"%G4"},
@@ -152,7 +152,7 @@ TEST(UrlDecode, LeavesWhatIsNoEscapeAsWritten)
 
 TEST(UrlDecode, NeverExaminesAnInsertedCharacterAgain)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"%25%32%30", L"%%30"}, // the pair gives "%", which begins no escape
         {L"%25%34%31%32", L"%1"},
         {L"%2520", L"%2520"},
@@ -164,7 +164,7 @@ TEST(UrlDecode, NeverExaminesAnInsertedCharacterAgain)
 // through the conversion, whose first unit is the first byte itself when that is ASCII.
 TEST(UrlDecode, TakesTwoEscapesTogetherWhenTheFirstIsNotRestored)
 {
-    ExpectRows({
+    ExpectDecoded({
         {L"%41%42", L"A"},
         {L"%41%20", L"A"},
         {L"%41%42%43", L"A%43"},
@@ -234,7 +234,7 @@ TEST(UrlDecode, ReadsBeyondTheEndOnlyWhenAPercentSignIsTheLastUnitLookedAt)
     {
         EXPECT_TRUE(ReadsBeyondTheEnd(text)) << std::wstring(text);
     }
-    ExpectRows({
+    ExpectDecoded({
         {L"%4", L"%4"}, // reads the terminating zero
         {L"%G", L"%G"},
         {L"abc%2", L"abc%2"},
